@@ -1,0 +1,125 @@
+// Making a step object from the Type of its element: the one place that knows every step class.
+#include "pipeline/step_factory.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+#include "pipeline/vorn_step_loop.h"
+
+namespace {
+using Maker = VornStep_cl* (*)(PropertyTreeIter_cl*, VornRun_cl*);
+
+template <class Step>
+VornStep_cl* Make(PropertyTreeIter_cl* iter, VornRun_cl* run) {
+  return new Step(iter, run);
+}
+
+struct StepType {
+  const char* iType;
+  Maker iMake;  // null while the step's subsystem is not built
+};
+
+// Every step type of the pipeline file, compared exactly and in this order.
+const StepType kStepTypes[] = {
+    {"ChromosomeDomains", nullptr},  // StepChromosomeDomains_cl
+    {"LoadWeightMatrixScores", nullptr},  // StepLoadWeightMatrixScores_cl
+    {"ChromosomeSegmentation", nullptr},  // StepChromosomeSegmentation_cl
+    {"Loop", Make<VornStepLoop_cl>},
+    {"Cluster", nullptr},  // VornStepCluster_cl
+    {"LoadSequence", nullptr},  // StepLoadSequence_cl
+    {"Clustering", nullptr},  // VornStepClustering_cl
+    {"LoadSequenceAlignment", nullptr},  // StepLoadSequenceAlignment_cl
+    {"CompareChromosomeTracks", nullptr},  // StepCompareChromosomeTracks_cl
+    {"LoadSequenceModelStep", nullptr},  // StepLoadSequenceModelStep_cl
+    {"CreateSequenceAlignment", nullptr},  // StepCreateSequenceAlignment_cl
+    {"MergeChromosomeTracks", nullptr},  // StepMergeChromosomeTracks_cl
+    {"CreateChromosomeTrack", nullptr},  // StepCreateChromosomeTrack_cl
+    {"MicroarrayStats", nullptr},  // VornStepMicroarrayStats_cl
+    {"Dummy", nullptr},  // VornStepDummy_cl
+    {"Print", nullptr},  // VornStepPrint_cl
+    {"EM", nullptr},  // VornStepEM_cl
+    {"PrintMicroarray", nullptr},  // VornStepPrintMicroarray_cl
+    {"EvalAttributes", nullptr},  // VornStepEvalAttributes_cl
+    {"Randomize", nullptr},  // VornStepRandomize_cl
+    {"EvalClusters", nullptr},  // VornStepEvalClusters_cl
+    {"Structure", nullptr},  // VornStepStructure_cl
+    {"EvalExpression", nullptr},  // VornStepEvalExpression_cl
+    {"Sgd", nullptr},  // VornStepSgd_cl
+    {"EvalLocations", nullptr},  // VornStepEvalLocations_cl
+    {"WeightMatricesStats", nullptr},  // StepWeightMatricesStats_cl
+    {"EvalMotifs", nullptr},  // VornStepEvalMotifs_cl
+    {"DeleteVars", nullptr},  // VornStepDelete_cl
+    {"EvalSplits", nullptr},  // VornStepEvalSplits_cl
+    {"AddVars", nullptr},  // VornStepSoftmaxAdd_cl
+    {"EvalStructureLearning", nullptr},  // VornStepEvalStructureLearning_cl
+    {"KNN", nullptr},  // VornStepKNN_cl
+    {"EvalTest", nullptr},  // VornStepEvalTest_cl
+    {"ComputeSequencesLikelihood", nullptr},  // StepComputeSequencesLikelihood_cl
+    {"FitPeaks", nullptr},  // StepFitPeaks_cl
+    {"ExhaustiveModelSampling", nullptr},  // StepExhaustiveModelSampling_cl
+    {"GenerateMapping", nullptr},  // VornStepGenerateMapping_cl
+    {"CompareWeightMatrices", nullptr},  // StepCompareWeightMatrices_cl
+    {"Tarsil", nullptr},  // VornStepTarsil_cl
+    {"UpdateWeightMatrixPartitionFunction", nullptr},  // StepUpdateWeightMatrixPartitionFunction_cl
+    {"Init", nullptr},  // VornStepInit_cl
+    {"LearnWeightMatrixParameters", nullptr},  // StepLearnWeightMatrixParameters_cl
+    {"LeastSquares", nullptr},  // VornStepLeastSquares_cl
+    {"CreatePssmLikeFeatureWeightMatrix", nullptr},  // StepCreatePssmLikeFeatureWeightMatrix_cl
+    {"LearnAberrationModel", nullptr},  // StepLearnAberrationModel_cl
+    {"ComputeSequencesFeaturesIndications", nullptr},  // StepComputeSequencesFeaturesIndications_cl
+    {"LearnSequenceExpressionModel", nullptr},  // StepLearnSequenceExpressionModel_cl
+    {"ComputeSequencesFeaturesExpectation", nullptr},  // StepComputeFeaturesExpectation_cl
+    {"LearnSequenceModel", nullptr},  // StepLearnSequenceModel_cl
+    {"FindMotif", nullptr},  // StepFindMotif_cl
+    {"LearnLinkerModel", nullptr},  // StepLearnLinkerModel_cl
+    {"ScoreUnalignedSeqsForMotif", nullptr},  // StepScoreUnalignedSeqsForMotif_cl
+    {"LearnWeightMatrix", nullptr},  // StepLearnWeightMatrix_cl
+    {"ScoreMotifHitsInPositiveSet", nullptr},  // StepScoreMotifHitsInPositiveSet_cl
+    {"LoadAttributes", nullptr},  // VornStepLoadAttributes_cl
+    {"WeightMatrix2Logo", nullptr},  // StepWeightMatrix2Logo_cl
+    {"LoadBlast", nullptr},  // VornStepLoadBlast_cl
+    {"CreateLabeledSequences", nullptr},  // StepCreateLabeledSequences_cl
+    {"LoadClusters", nullptr},  // VornStepLoadClusters_cl
+    {"EvalKmerSetMotifModel", nullptr},  // StepEvalKmerSetMotifModel_cl
+    {"LoadGeneGraph", nullptr},  // VornStepLoadGeneGraph_cl
+    {"AnalyzeChromosomeFeaturesConfigurations", nullptr},  // StepAnalyzeChromosomeFeaturesConfig_cl
+    {"LoadMapping", nullptr},  // VornStepLoadMapping_cl
+    {"ComputeBestSubSeqsLikelihood", nullptr},  // StepComputeBestSubSeqsLikelihood_cl
+    {"LearnModelMirna", nullptr},  // VornStepLearnModelMirna_cl
+    {"LoadRnaModel", nullptr},  // VornStepRnaLoadModel_cl
+    {"LoadRnaBgParams", nullptr},  // VornStepRnaLoadBgParams_cl
+    {"LoadRnaModelParams", nullptr},  // VornStepRnaLoadModelParams_cl
+    {"LoadRnaData", nullptr},  // VornStepRnaLoadData_cl
+    {"LearnRnaModelParams", nullptr},  // VornStepRnaLearnModelParams_cl
+    {"LearnRnaBgParams", nullptr},  // VornStepRnaLearnBgParams_cl
+    {"MatchRnaModel", nullptr},  // VornStepRnaMatchModel_cl
+    {"SampleRnaModel", nullptr},  // VornStepRnaSampleModel_cl
+    {"PrintRnaModel", nullptr},  // VornStepRnaPrintModel_cl
+    {"LoadMicroarray", nullptr},  // VornStepLoadMicroarray_cl
+    {"LoadPeakShape", nullptr},  // StepLoadPeakShape_cl
+    {"LoadWeightMatrices", nullptr},  // StepLoadWeightMatrices_cl
+};
+
+VornStepFactory_cl::StepMaker gTestMaker = nullptr;
+}  // namespace
+
+void VornStepFactory_cl::SetTestStepMaker(StepMaker maker) { gTestMaker = maker; }
+
+VornStep_cl* VornStepFactory_cl::CreateStep(PropertyTreeIter_cl* iter, VornRun_cl* run) {
+  Name_sptr type = iter->GetProperty("Type");
+  if (type.IsNull()) {
+    std::cerr << "Unrecognized step (no Type)" << std::endl;
+    abort();
+  }
+  if (gTestMaker)
+    if (VornStep_cl* step = gTestMaker(type->GetText(), iter, run)) return step;
+  for (const StepType& known : kStepTypes) {
+    if (strcmp(known.iType, type->GetText()) != 0) continue;
+    if (known.iMake) return known.iMake(iter, run);
+    std::cerr << "Step type " << type << " is not built yet" << std::endl;
+    exit(-1);
+  }
+  std::cerr << "Unrecognized step " << type << std::endl;
+  abort();
+}
