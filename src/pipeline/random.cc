@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+#include "pipeline/gamma_sampler.h"
+
 namespace {
 long gUnseededCounter = 1;
 }
@@ -58,38 +60,9 @@ double Random_cl::SampleBeta(double a, double b) {
 }
 
 double Random_cl::SampleGamma(double shape, double rate) {
-  const double e = M_E;
-  if (shape < 1.0) {
-    double b = shape + e;
-    double x, y, u2;
-    do {
-      double u1 = SampleUniform();
-      u2 = SampleUniform();
-      if (u1 <= e / b) {
-        x = std::pow(u1 * b / e, 1.0 / shape);
-        y = std::exp(-x);
-      } else {
-        x = -std::log((1.0 - u1) * b / (shape * e));
-        y = std::pow(x, shape - 1.0);
-      }
-    } while (y < u2);
-    return x / rate;
-  }
+  double x = DrawGamma(shape, [this] { return SampleUniform(); });
   // The exponential case keeps its historical behaviour of ignoring the rate.
-  if (shape == 1.0) return -std::log(SampleUniform());
-  double a = shape - 1.0;
-  double b = (shape - 1.0 / (6.0 * shape)) / a;
-  double m = 2.0 / a;
-  double d = m + 2.0;
-  double f = 1.0 / std::sqrt(shape);
-  for (;;) {
-    double u1 = SampleUniform();
-    double u2 = SampleUniform();
-    if (shape > 2.5) u1 = u2 + f * (1.0 - 1.86 * u1);
-    if (!(u1 > 0.0 && u1 < 1.0)) continue;
-    double w = b * u2 / u1;
-    if (m * u1 + w + 1.0 / w <= d || m * std::log(u1) - std::log(w) + w < 1.0) return a * w / rate;
-  }
+  return shape == 1.0 ? x : x / rate;
 }
 
 void Random_cl::SampleDirichlet(const double* alpha, int n, double* out) {

@@ -4,7 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <string>
 
+#include "pipeline/not_built.h"
 #include "pipeline/vorn_step_loop.h"
 
 namespace {
@@ -117,8 +119,8 @@ VornStep_cl* VornStepFactory_cl::CreateStep(PropertyTreeIter_cl* iter, VornRun_c
   for (const StepType& known : kStepTypes) {
     if (strcmp(known.iType, type->GetText()) != 0) continue;
     if (known.iMake) return known.iMake(iter, run);
-    std::cerr << "Step type " << type << " is not built yet" << std::endl;
-    exit(-1);
+    std::string line = std::string("Step type ") + type->GetText() + " is not built yet";
+    StopNotBuilt(line.c_str());
   }
   std::cerr << "Unrecognized step " << type << std::endl;
   abort();

@@ -1,19 +1,11 @@
 // Reading the pipeline file into the shared data and the vector of runs.
 #include "pipeline/vorn_reader.h"
 
-#include <cstdlib>
 #include <iostream>
 
 #include "data/vorn_data.h"
+#include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
-
-namespace {
-// Sections whose subsystem this build does not have yet end the program before any step runs.
-void StopNotBuilt(const char* what) {
-  std::cerr << what << " are not built yet" << std::endl;
-  exit(-1);
-}
-}  // namespace
 
 VornReader_cl::VornReader_cl() : iData(new VornData_cl), iRuns(10, nullptr) {}
 
@@ -49,13 +41,13 @@ void VornReader_cl::Read(PropertyTreeIter_cl* iter) {
 
 void VornReader_cl::ReadMicroarrays(PropertyTreeIter_cl* iter) {
   std::cerr << "BOF: ReadMicroarrays(" << iter->GetName() << ")" << std::endl;
-  for (iter->FirstChild(); iter->NotNull(); iter->NextSibling()) StopNotBuilt("Microarrays");
+  for (iter->FirstChild(); iter->NotNull(); iter->NextSibling()) StopNotBuilt("Microarrays are not built yet");
   std::cerr << "EOF: ReadMicroarrays()" << std::endl;
 }
 
 void VornReader_cl::ReadAttributeGroups(PropertyTreeIter_cl* iter) {
   std::cerr << "BOF: ReadAttributeGroups(" << iter->GetName() << ")" << std::endl;
-  for (iter->FirstChild(); iter->NotNull(); iter->NextSibling()) StopNotBuilt("Attribute groups");
+  for (iter->FirstChild(); iter->NotNull(); iter->NextSibling()) StopNotBuilt("Attribute groups are not built yet");
   std::cerr << "EOF: ReadAttributeGroups" << std::endl;
 }
 
