@@ -4,6 +4,9 @@
 
 #include <csetjmp>
 #include <csignal>
+#include <cstdlib>
+
+#include <unistd.h>
 
 #include "pipeline/not_built.h"
 
@@ -14,7 +17,18 @@ inline sigjmp_buf gAbortRoad;
 inline void JumpBackFromAbort(int) { siglongjmp(gAbortRoad, 1); }
 inline void JumpBackFromNotBuilt() { siglongjmp(gAbortRoad, 1); }
 
+// Pipeline keys name files to write (a run's Logger, say): inputs run in a scratch folder of their own.
+inline void EnterScratchFolder() {
+  static bool entered = false;
+  if (entered) return;
+  entered = true;
+  char folder[] = "/tmp/vorn_fuzz_XXXXXX";
+  if (mkdtemp(folder) && chdir(folder) == 0) return;
+  abort();
+}
+
 inline void InstallAbortRoad() {
+  EnterScratchFolder();
   struct sigaction action = {};
   action.sa_handler = JumpBackFromAbort;
   sigemptyset(&action.sa_mask);
