@@ -4,8 +4,8 @@
 
 #include "pipeline/vector.h"
 
-// Get(0) is the newest vector. Pushing onto a full ring drops the oldest; dropped and disposed
-// vectors wait on a free list for the next push, so a long run allocates only length + 1 vectors.
+// Get(0) is the newest vector. Pushing onto a full ring re-uses the oldest; disposed vectors wait
+// on a free list for the next push, so a long run allocates at most length vectors.
 template <class T>
 class GeneralVectorQueue_tmpl {
  public:
@@ -32,8 +32,8 @@ class GeneralVectorQueue_tmpl {
   }
   // A new newest vector holding a copy of the current newest (empty when there is none).
   Vector_tmpl<T>* PushCopy() {
-    Vector_tmpl<T>* vec = Take();
     Vector_tmpl<T>* newest = Get(0);
+    Vector_tmpl<T>* vec = Take();
     if (newest) *vec = *newest;
     else vec->RemoveAll();
     Push(vec);
@@ -52,7 +52,14 @@ class GeneralVectorQueue_tmpl {
 
  private:
   int Slot(int age) const { return (iNewest - age + iLength) % iLength; }
+  // A full ring hands over its oldest vector; otherwise the free list or a new vector serves.
   Vector_tmpl<T>* Take() {
+    if (iCount == iLength) {
+      Vector_tmpl<T>* oldest = iRing[Slot(iCount - 1)];
+      iRing[Slot(iCount - 1)] = nullptr;
+      iCount--;
+      return oldest;
+    }
     if (iFree.GetSize() == 0) return new Vector_tmpl<T>(iVectorCapacity, iDefault);
     Vector_tmpl<T>* vec = iFree.GetLast();
     iFree.RemoveLastElement();
@@ -60,9 +67,8 @@ class GeneralVectorQueue_tmpl {
   }
   void Push(Vector_tmpl<T>* vec) {
     iNewest = (iNewest + 1) % iLength;
-    if (iRing[iNewest]) iFree.AddLast(iRing[iNewest]);  // the oldest of a full ring
     iRing[iNewest] = vec;
-    if (iCount < iLength) iCount++;
+    iCount++;
   }
 
   int iLength;
