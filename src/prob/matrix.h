@@ -195,13 +195,25 @@ class Matrix_cl : public RefCount_cl {
   int GetRank(int destroy);
 
  protected:
-  // The present cells of a line, through an accessor, so that rows and columns share one body.
-  template <class Cell>
-  void LineMoments(int length, double missing, Cell cell, int& n, double& mean, double& sd) const;
-  template <class Cell>
-  int RankLine(int length, double missing, Cell cell);
-  template <class Cell>
-  void LeaveTopLine(int length, int top, double replacement, Cell cell);
+  // Moves entries by a series of swaps until position i holds what stood at order[i].
+  template <class SwapFn>
+  static void ReorderBySwaps(int n, const int* order, SwapFn swap) {
+    Vector_tmpl<int> at(n > 0 ? n : 1), where(n > 0 ? n : 1);
+    for (int i = 0; i < n; i++) {
+      at.AddLast(i);
+      where.AddLast(i);
+    }
+    for (int i = 0; i < n; i++) {
+      int from = where[order[i]];
+      if (from == i) continue;
+      swap(i, from);
+      int displaced = at[i];
+      at[i] = order[i];
+      at[from] = displaced;
+      where[order[i]] = i;
+      where[displaced] = from;
+    }
+  }
 
   int iNumRows;
   int iNumCols;

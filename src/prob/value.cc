@@ -11,8 +11,8 @@ CompositeValue_cl::CompositeValue_cl(const Vector_tmpl<double>& values)
   for (int i = 0; i < iNumValues; i++) iValues.AddLast(new RealValue_cl(values[i]));
 }
 
-CompositeValue_cl::CompositeValue_cl(const Vector_tmpl<Value_cl*>& values)
-    : iValues(values), iNumValues(values.GetSize()), iOwner(0) {}
+CompositeValue_cl::CompositeValue_cl(const Vector_tmpl<Value_cl*>& values, int owner)
+    : iValues(values), iNumValues(values.GetSize()), iOwner(owner) {}
 
 CompositeValue_cl::~CompositeValue_cl() {
   if (iOwner) iValues.DeleteAll();

@@ -69,8 +69,8 @@ class CompositeValue_cl : public Value_cl {
  public:
   // One owned real value per element.
   explicit CompositeValue_cl(const Vector_tmpl<double>& values);
-  // Keeps the given pointers without owning them.
-  explicit CompositeValue_cl(const Vector_tmpl<Value_cl*>& values);
+  // Keeps the given pointers, owning them only when told to.
+  explicit CompositeValue_cl(const Vector_tmpl<Value_cl*>& values, int owner = 0);
   CompositeValue_cl(const CompositeValue_cl&) = delete;
   CompositeValue_cl& operator=(const CompositeValue_cl&) = delete;
   ~CompositeValue_cl() override;
