@@ -22,11 +22,16 @@ class Random_cl {
   static Random_cl iGlobalRandomizer;
   // Seeds the shared generator from the clock, as the program does at start.
   static void SeedGlobalFromClock();
+  // The process-wide seed that shuffling objects set from the clock and measures seed themselves from.
+  static void SetGlobalRandSeed(long seed) { iGlobalRandSeed = seed; }
+  static long GetGlobalRandSeed() { return iGlobalRandSeed; }
 
  private:
   struct Fixed {};
   Random_cl(Fixed, long seed) { Reset(seed); }
   static double erand48(unsigned short words[3]);
+
+  static inline long iGlobalRandSeed = 1;
 
   long iSeed = 1;
   unsigned short iWords[3] = {0, 0, 0};
