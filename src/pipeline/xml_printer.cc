@@ -1,9 +1,6 @@
-// The writer that all XML output goes through, and the stream form of parser text.
+// The writer that all XML output goes through.
 #include "pipeline/xml_printer.h"
 
-#include <xercesc/util/XMLString.hpp>
-
-#include <cstring>
 
 void XmlPrinter_cl::WriteEscaped(std::ostream& out, const char* value) {
   const char* run = value;
@@ -77,10 +74,3 @@ void XmlPrinter_cl::Attr(const char* key, const char* value) {
 }
 
 void XmlPrinter_cl::LineBreak() { *iStream << std::endl; }
-
-std::ostream& operator<<(std::ostream& out, const XMLCh* text) {
-  char* local = xercesc::XMLString::transcode(text);
-  if (local) out << local;
-  xercesc::XMLString::release(&local);
-  return out;
-}

@@ -1,8 +1,6 @@
-// The writer that all XML output goes through, and the stream form of parser text.
+// The writer that all XML output goes through.
 #ifndef VORN_PIPELINE_XML_PRINTER_H
 #define VORN_PIPELINE_XML_PRINTER_H
-
-#include <xercesc/util/XercesDefs.hpp>
 
 #include <ostream>
 
@@ -49,8 +47,5 @@ class XmlPrinter_cl {
   int iDepth;
   int iIndent;
 };
-
-// Parser text, transcoded to the local code page.
-std::ostream& operator<<(std::ostream& out, const XMLCh* text);
 
 #endif
