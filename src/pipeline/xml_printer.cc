@@ -1,7 +1,6 @@
 // The writer that all XML output goes through.
 #include "pipeline/xml_printer.h"
 
-
 void XmlPrinter_cl::WriteEscaped(std::ostream& out, const char* value) {
   const char* run = value;
   for (const char* c = value; *c; c++) {
