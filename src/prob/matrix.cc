@@ -464,8 +464,10 @@ void TransformLine(const Line_cl& line, double missing, LineTransform_cl kind) {
 
 int RankLine(const Line_cl& line, double missing) {
   Heap_cl heap(line.GetLength() > 0 ? line.GetLength() : 1);
+  // The cells are appended and the heap is built once at the first extraction: ties then take
+  // their ranks in the order that building gives, which differs from inserting one by one.
   for (int i = 0; i < line.GetLength(); i++)
-    if (line.Get(i) != missing) heap.Insert(new IndexedValueHeapEntry_tmpl<double>(line.Get(i), i));
+    if (line.Get(i) != missing) heap.Insert(new IndexedValueHeapEntry_tmpl<double>(line.Get(i), i), 0);
   int rank = 0;
   while (HeapEntry_cl* top = heap.ExtractMax()) {
     line.Set(static_cast<IndexedValueHeapEntry_tmpl<double>*>(top)->iIndex, ++rank);
