@@ -227,17 +227,15 @@ double DataFile_cl::GetDouble(int record, int column) const {
   }
 }
 
-Name_sptr DataFile_cl::GetKey(int record) const {
-  const char* key = GetString(record, iDescriptor.iKeyColumn);
-  return key ? Name_sptr(key) : Name_sptr();
-}
+// Never a null handle: sets of keys are searched by text, which every key in them must have a name for.
+Name_sptr DataFile_cl::GetKey(int record) const { return Name_sptr(GetString(record, iDescriptor.iKeyColumn)); }
 
 Name_sptr DataFile_cl::GetColumnName(int column) const {
   return column >= 0 && column < iColumnNames.GetSize() ? iColumnNames[column] : Name_sptr();
 }
 
 void DataFile_cl::SetColumnName(int column, Name_sptr name) {
-  if (column < 0 || column >= iColumnNames.GetSize()) return;
+  if (column < 0 || column >= iColumnNames.GetSize() || name.IsNull()) return;
   Name_sptr old = iColumnNames[column];
   if (iColumnIndex.GetEntry(old) == column) iColumnIndex.Remove(old);
   iColumnNames.SetElement(column, name);

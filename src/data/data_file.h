@@ -84,7 +84,7 @@ class DataFile_cl {
   double GetDouble(int record, int column) const;
   double GetDouble(int record, const char* column) const { return GetDouble(record, GetColumnIndex(column)); }
   double GetDouble(int record, Name_sptr column) const { return GetDouble(record, GetColumnIndex(column)); }
-  // A new name of the record's key cell; null without a key or for an empty cell.
+  // A new name of the record's key cell; an empty name without a key or for an empty cell.
   Name_sptr GetKey(int record) const;
 
   Name_sptr GetColumnName(int column) const;

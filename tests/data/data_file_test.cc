@@ -104,7 +104,7 @@ TEST(DataFile, ListWithoutHeaderRowsCountsTheFirstLineAsARecord) {
 TEST(DataFile, PlainStringsHaveNoKey) {
   DataFile_cl file(WriteTempFile("p", "a\tb\nc\td\n"), kPlainStrings);
   ASSERT_EQ(file.GetNumRecords(), 2);
-  EXPECT_TRUE(file.GetKey(0).IsNull());
+  EXPECT_EQ(file.GetKey(0)->GetText(), nullptr);
   EXPECT_STREQ(file.GetString(0, 0), "a");
   EXPECT_STREQ(file.GetString(1, 1), "d");
 }
@@ -141,7 +141,7 @@ TEST(DataFile, ShortLinesArePaddedAndLongLinesKeepTheirSurplusAsStrings) {
   EXPECT_EQ(file.GetString(0, 3), nullptr);
   EXPECT_EQ(file.GetColumnType(4), 0);
   // An empty line is a record of empty cells.
-  EXPECT_TRUE(file.GetKey(2).IsNull());
+  EXPECT_EQ(file.GetKey(2)->GetText(), nullptr);
   EXPECT_EQ(file.GetDouble(2, "E1"), kMissingReal);
 }
 
@@ -161,7 +161,7 @@ TEST(DataFile, TheLastFieldOfAnUnterminatedLastLineIsNotSeen) {
   // A one-column list loses its whole last line the same way.
   DataFile_cl list(WriteTempFile("eof2", "g1\ng2"), kList);
   ASSERT_EQ(list.GetNumRecords(), 2);
-  EXPECT_TRUE(list.GetKey(1).IsNull());
+  EXPECT_EQ(list.GetKey(1)->GetText(), nullptr);
 }
 
 TEST(DataFile, EmptyFileAndHeaderOnly) {
