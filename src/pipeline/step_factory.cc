@@ -6,6 +6,9 @@
 #include <iostream>
 #include <string>
 
+#include "data/vorn_step_load_microarray.h"
+#include "data/vorn_step_print_microarray.h"
+#include "data/vorn_step_randomize.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_step_loop.h"
 
@@ -41,9 +44,9 @@ const StepType kStepTypes[] = {
     {"Dummy", nullptr},  // VornStepDummy_cl
     {"Print", nullptr},  // VornStepPrint_cl
     {"EM", nullptr},  // VornStepEM_cl
-    {"PrintMicroarray", nullptr},  // VornStepPrintMicroarray_cl
+    {"PrintMicroarray", Make<VornStepPrintMicroarray_cl>},
     {"EvalAttributes", nullptr},  // VornStepEvalAttributes_cl
-    {"Randomize", nullptr},  // VornStepRandomize_cl
+    {"Randomize", Make<VornStepRandomize_cl>},
     {"EvalClusters", nullptr},  // VornStepEvalClusters_cl
     {"Structure", nullptr},  // VornStepStructure_cl
     {"EvalExpression", nullptr},  // VornStepEvalExpression_cl
@@ -98,7 +101,7 @@ const StepType kStepTypes[] = {
     {"MatchRnaModel", nullptr},  // VornStepRnaMatchModel_cl
     {"SampleRnaModel", nullptr},  // VornStepRnaSampleModel_cl
     {"PrintRnaModel", nullptr},  // VornStepRnaPrintModel_cl
-    {"LoadMicroarray", nullptr},  // VornStepLoadMicroarray_cl
+    {"LoadMicroarray", Make<VornStepLoadMicroarray_cl>},
     {"LoadPeakShape", nullptr},  // StepLoadPeakShape_cl
     {"LoadWeightMatrices", nullptr},  // StepLoadWeightMatrices_cl
 };

@@ -3,6 +3,7 @@
 
 #include <iostream>
 
+#include "data/microarray.h"
 #include "data/vorn_data.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
@@ -41,7 +42,11 @@ void VornReader_cl::Read(PropertyTreeIter_cl* iter) {
 
 void VornReader_cl::ReadMicroarrays(PropertyTreeIter_cl* iter) {
   std::cerr << "BOF: ReadMicroarrays(" << iter->GetName() << ")" << std::endl;
-  for (iter->FirstChild(); iter->NotNull(); iter->NextSibling()) StopNotBuilt("Microarrays are not built yet");
+  for (iter->FirstChild(); iter->NotNull(); iter->NextSibling()) {
+    PropertyTreeIter_cl* child = iter->Clone();
+    iData->AddMicroarray(new Microarray_cl(child));
+    delete child;
+  }
   std::cerr << "EOF: ReadMicroarrays()" << std::endl;
 }
 
