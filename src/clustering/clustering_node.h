@@ -1,0 +1,57 @@
+// The nodes of a merge tree: leaves wrap one metric, internal nodes are candidate or made merges.
+#ifndef VORN_CLUSTERING_CLUSTERING_NODE_H
+#define VORN_CLUSTERING_CLUSTERING_NODE_H
+
+#include "clustering/clustering_metric.h"
+#include "pipeline/graph.h"
+#include "pipeline/heap.h"
+
+class ClusteringNode_cl;
+
+class ClusteringEdge_cl : public DEdge_tmpl<ClusteringNode_cl> {
+ public:
+  using DEdge_tmpl<ClusteringNode_cl>::DEdge_tmpl;
+};
+
+// A leaf wraps one metric. An internal node has its two children as child edges and its cost from
+// the moment it is made; its metric holds merged contents only after Combine(). Deleting a node
+// unlinks it from its children and parents.
+class ClusteringNode_cl : public DNode_tmpl<ClusteringNode_cl, ClusteringEdge_cl>, public HeapEntry_cl {
+ public:
+  ClusteringNode_cl(int id, ClusteringMetric_cl* metric, int ownsMetric);
+  ~ClusteringNode_cl() override;
+  ClusteringNode_cl(const ClusteringNode_cl&) = delete;
+  ClusteringNode_cl& operator=(const ClusteringNode_cl&) = delete;
+
+  int IHaveHigherPriority(const HeapEntry_cl* other) const override;
+
+  ClusteringMetric_cl* GetMetric() const { return iMetric; }
+  // Puts metric in place of the node's own (which it must own) and hands the old one back.
+  ClusteringMetric_cl* ExchangeMetric(ClusteringMetric_cl* metric);
+  int IsActive() const { return iActive; }
+  void SetActive(int active) { iActive = active; }
+  int IsLeaf() const { return GetNumChildren() == 0 && iIsLeaf; }
+
+  void AddChild(ClusteringNode_cl* child);
+  void RemoveChild(ClusteringNode_cl* child);
+  // The merged contents of the two children.
+  void Combine();
+
+ private:
+  int iActive = 1;
+  int iIsLeaf;
+  ClusteringMetric_cl* iMetric;
+  int iOwnsMetric;
+};
+
+// Wraps a node with the comparison turned round, so that a heap of them has the worst on top.
+class ReverseClusteringNode_cl : public HeapEntry_cl {
+ public:
+  explicit ReverseClusteringNode_cl(ClusteringNode_cl* node) : iNode(node) {}
+  int IHaveHigherPriority(const HeapEntry_cl* other) const override {
+    return static_cast<const ReverseClusteringNode_cl*>(other)->iNode->IHaveHigherPriority(iNode);
+  }
+  ClusteringNode_cl* iNode;
+};
+
+#endif
