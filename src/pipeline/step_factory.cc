@@ -6,7 +6,9 @@
 #include <iostream>
 #include <string>
 
+#include "clustering/vorn_step_cluster.h"
 #include "data/vorn_step_load_microarray.h"
+#include "data/vorn_step_microarray_stats.h"
 #include "data/vorn_step_print_microarray.h"
 #include "data/vorn_step_randomize.h"
 #include "pipeline/not_built.h"
@@ -31,7 +33,7 @@ const StepType kStepTypes[] = {
     {"LoadWeightMatrixScores", nullptr},  // StepLoadWeightMatrixScores_cl
     {"ChromosomeSegmentation", nullptr},  // StepChromosomeSegmentation_cl
     {"Loop", Make<VornStepLoop_cl>},
-    {"Cluster", nullptr},  // VornStepCluster_cl
+    {"Cluster", Make<VornStepCluster_cl>},
     {"LoadSequence", nullptr},  // StepLoadSequence_cl
     {"Clustering", nullptr},  // VornStepClustering_cl
     {"LoadSequenceAlignment", nullptr},  // StepLoadSequenceAlignment_cl
@@ -40,7 +42,7 @@ const StepType kStepTypes[] = {
     {"CreateSequenceAlignment", nullptr},  // StepCreateSequenceAlignment_cl
     {"MergeChromosomeTracks", nullptr},  // StepMergeChromosomeTracks_cl
     {"CreateChromosomeTrack", nullptr},  // StepCreateChromosomeTrack_cl
-    {"MicroarrayStats", nullptr},  // VornStepMicroarrayStats_cl
+    {"MicroarrayStats", Make<VornStepMicroarrayStats_cl>},
     {"Dummy", nullptr},  // VornStepDummy_cl
     {"Print", nullptr},  // VornStepPrint_cl
     {"EM", nullptr},  // VornStepEM_cl
