@@ -11,6 +11,9 @@
 #include "data/vorn_step_microarray_stats.h"
 #include "data/vorn_step_print_microarray.h"
 #include "data/vorn_step_randomize.h"
+#include "data/vorn_step_load_microarray.h"
+#include "data/vorn_step_print_microarray.h"
+#include "data/vorn_step_randomize.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_step_loop.h"
 
