@@ -7,6 +7,7 @@
 
 #include "pipeline/id.h"
 #include "pipeline/name.h"
+#include "pipeline/name_index.h"
 #include "pipeline/vector.h"
 
 // The multiplicative finish shared by every key kind: the fractional part of key * multiplier
@@ -38,6 +39,7 @@ struct HashEntry_tmpl {
   K iKey;
   V iValue;
   HashEntry_tmpl* iNext;
+  HashEntry_tmpl* iPrev;  // lets a found entry be unlinked without walking its chain
 };
 
 template <class K, class V>
@@ -67,8 +69,11 @@ class HashSet_tmpl {
   void Insert(const K& key, const V& value) {
     if (iNumEntries > iNumBuckets * iLoadFactor) Expand();
     int b = GetHashValue(key);
-    iBuckets[b] = new Entry{key, value, iBuckets[b]};
+    Entry* e = new Entry{key, value, iBuckets[b], nullptr};
+    if (e->iNext) e->iNext->iPrev = e;
+    iBuckets[b] = e;
     iNumEntries++;
+    Linked(e);
   }
   // The first match's value, or the default: a stored default reads as absent.
   V& GetEntry(const K& key) {
@@ -107,6 +112,7 @@ class HashSet_tmpl {
       iBuckets[b] = nullptr;
     }
     iNumEntries = 0;
+    Cleared();
   }
   // The Delete forms also delete the value objects, the key objects, or both.
   void Delete(const K& key) {
@@ -157,11 +163,14 @@ class HashSet_tmpl {
         Entry* next = e->iNext;
         int nb = GetHashValue(e->iKey);
         e->iNext = iBuckets[nb];
+        e->iPrev = nullptr;
+        if (e->iNext) e->iNext->iPrev = e;
         iBuckets[nb] = e;
         e = next;
       }
     }
     delete[] old;
+    Rehashed();
   }
 
   // Visits the buckets in index order and each chain from its head.
@@ -194,22 +203,29 @@ class HashSet_tmpl {
   Iterator end() const { return Iterator(this, iNumBuckets, nullptr); }
 
  protected:
-  Entry* Find(const K& key) const {
+  // The first match in chain order, which is what every look-up returns.
+  virtual Entry* Find(const K& key) const {
     for (Entry* e = iBuckets[GetHashValue(key)]; e; e = e->iNext)
       if (IsEqual(e->iKey, key)) return e;
     return nullptr;
   }
+  // Takes the first match out of its chain; the entry keeps its iNext for Unlinked.
   Entry* Unlink(const K& key) {
-    Entry** link = &iBuckets[GetHashValue(key)];
-    for (; *link; link = &(*link)->iNext)
-      if (IsEqual((*link)->iKey, key)) {
-        Entry* e = *link;
-        *link = e->iNext;
-        iNumEntries--;
-        return e;
-      }
-    return nullptr;
+    Entry* e = Find(key);
+    if (!e) return nullptr;
+    if (e->iPrev) e->iPrev->iNext = e->iNext;
+    else iBuckets[GetHashValue(e->iKey)] = e->iNext;
+    if (e->iNext) e->iNext->iPrev = e->iPrev;
+    iNumEntries--;
+    Unlinked(e);
+    return e;
   }
+  // Hooks for a look-up index kept beside the chains: e was put at the head of its chain; e was
+  // taken out; the chains were rebuilt by Expand; the set was emptied.
+  virtual void Linked(Entry* e) {}
+  virtual void Unlinked(Entry* e) {}
+  virtual void Rehashed() {}
+  virtual void Cleared() {}
 
   Entry** iBuckets;
   int iNumEntries;
@@ -222,6 +238,8 @@ class HashSet_tmpl {
 template <class V>
 class NameSet_tmpl : public HashSet_tmpl<Name_sptr, V> {
  public:
+  using Entry = typename HashSet_tmpl<Name_sptr, V>::Entry;
+
   NameSet_tmpl(int buckets, const V& def, double loadFactor = 0.5, double growthFactor = 2.0)
       : HashSet_tmpl<Name_sptr, V>(buckets, def, loadFactor, growthFactor) {}
   int GetHashValue(const Name_sptr& key) const override {
@@ -232,15 +250,10 @@ class NameSet_tmpl : public HashSet_tmpl<Name_sptr, V> {
   using HashSet_tmpl<Name_sptr, V>::Exists;
   // Look-up by plain text, without making a name.
   const V& GetEntry(const char* text) const {
-    for (auto* e = this->iBuckets[HashToBucket(NameHashValue(text), kHashMultiplier, this->iNumBuckets)]; e; e = e->iNext)
-      if (e->iKey->IsEqual(text)) return e->iValue;
-    return this->iDefault;
+    Entry* e = iIndex.Find(text);
+    return e ? e->iValue : this->iDefault;
   }
-  bool Exists(const char* text) const {
-    for (auto* e = this->iBuckets[HashToBucket(NameHashValue(text), kHashMultiplier, this->iNumBuckets)]; e; e = e->iNext)
-      if (e->iKey->IsEqual(text)) return true;
-    return false;
-  }
+  bool Exists(const char* text) const { return iIndex.Find(text) != nullptr; }
   // A new set of the entries whose key is in keep, with this set's values.
   NameSet_tmpl* Reduce(const NameSet_tmpl& keep) const {
     NameSet_tmpl* reduced = new NameSet_tmpl(this->iNumBuckets, this->iDefault, this->iLoadFactor, this->iGrowthFactor);
@@ -248,6 +261,17 @@ class NameSet_tmpl : public HashSet_tmpl<Name_sptr, V> {
       if (keep.Exists(e->iKey)) reduced->Insert(e->iKey, e->iValue);
     return reduced;
   }
+
+ protected:
+  // Look-ups go through the index; the chains keep only the visiting order.
+  Entry* Find(const Name_sptr& key) const override { return iIndex.Find(key); }
+  void Linked(Entry* e) override { iIndex.Linked(e); }
+  void Unlinked(Entry* e) override { iIndex.Unlinked(e); }
+  void Rehashed() override { iIndex.Refresh(*this); }
+  void Cleared() override { iIndex.Clear(); }
+
+ private:
+  NameIndex_tmpl<Entry> iIndex;
 };
 
 template <class V>

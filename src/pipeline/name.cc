@@ -16,23 +16,74 @@ Name_cl::Name_cl(const char* text, int length) { SetText(text, text ? length : 0
 Name_cl::Name_cl(CharBuffer_cl* buffer) {
   int length = buffer->GetLength();
   if (length < 1) return;
-  iText = static_cast<char*>(malloc(length + 1));
-  for (int i = 0; i < length; i++) iText[i] = buffer->GetChar(i);
-  iText[length] = '\0';
-  iLength = length;
+  char* text = Reserve(length);
+  for (int i = 0; i < length; i++) text[i] = buffer->GetChar(i);
 }
 
-Name_cl::~Name_cl() { free(iText); }
+Name_cl::~Name_cl() { ClearText(); }
 
-void Name_cl::SetText(const char* text, int length) {
-  free(iText);
-  iText = nullptr;
-  iLength = 0;
-  if (length < 1) return;
-  iText = static_cast<char*>(malloc(length + 1));
-  memcpy(iText, text, length);
+char* Name_cl::Reserve(int length) {
+  iText = length < kInline ? iInline : static_cast<char*>(malloc(length + 1));
   iText[length] = '\0';
   iLength = length;
+  return iText;
+}
+
+void Name_cl::ClearText() {
+  iIndexHash = 0;
+  if (iText != iInline) free(iText);
+  iText = nullptr;
+  iLength = 0;
+}
+
+void Name_cl::SetText(const char* text, int length) {
+  ClearText();
+  if (length < 1) return;
+  memcpy(Reserve(length), text, length);
+}
+
+namespace {
+uint64_t Load8(const char* p) {
+  uint64_t w;
+  memcpy(&w, p, 8);
+  return w;
+}
+uint64_t Load4(const char* p) {
+  uint32_t w;
+  memcpy(&w, p, 4);
+  return w;
+}
+// The high and low halves of the full product, folded.
+uint64_t Mix(uint64_t a, uint64_t b) {
+  unsigned __int128 r = static_cast<unsigned __int128>(a) * b;
+  return static_cast<uint64_t>(r) ^ static_cast<uint64_t>(r >> 64);
+}
+}  // namespace
+
+// Straight-line reads for names up to 16 characters, the usual case, so that a look-up spends
+// its time waiting for memory rather than hashing.
+uint32_t Name_cl::ComputeIndexHash(const char* text, int length) {
+  const uint64_t k0 = 0xa0761d6478bd642fULL, k1 = 0xe7037ed1a0b428dbULL;
+  uint64_t seed = k0 ^ static_cast<uint64_t>(length);
+  uint64_t a = 0, b = 0;
+  if (length > 16) {
+    const char* p = text;
+    for (int left = length; left > 16; left -= 16, p += 16) seed = Mix(Load8(p) ^ k1, Load8(p + 8) ^ seed);
+    a = Load8(text + length - 16);
+    b = Load8(text + length - 8);
+  } else if (length >= 8) {
+    a = Load8(text);
+    b = Load8(text + length - 8);
+  } else if (length >= 4) {
+    a = Load4(text);
+    b = Load4(text + length - 4);
+  } else if (length > 0) {
+    const unsigned char* u = reinterpret_cast<const unsigned char*>(text);
+    a = static_cast<uint64_t>(u[0]) << 16 | static_cast<uint64_t>(u[length >> 1]) << 8 | u[length - 1];
+  }
+  uint64_t h = Mix(k1 ^ static_cast<uint64_t>(length), Mix(a ^ k1, b ^ seed));
+  uint32_t folded = static_cast<uint32_t>(h ^ (h >> 32));
+  return folded ? folded : 1;
 }
 
 bool Name_cl::IsEqual(const char* text) const {
@@ -64,26 +115,20 @@ Name_sptr Name_cl::SubString(int from, int to) const {
   Name_cl* result = new Name_cl(static_cast<const char*>(nullptr));
   int length = to >= from ? to - from + 1 : 0;
   // An empty range still yields a non-null (empty) text, unlike Name_cl("").
-  result->iText = static_cast<char*>(malloc(length + 1));
-  if (length > 0) memcpy(result->iText, iText + from, length);
-  result->iText[length] = '\0';
-  result->iLength = length;
+  char* text = result->Reserve(length);
+  if (length > 0) memcpy(text, iText + from, length);
   return Name_sptr(result);
 }
 
+// Appends or prepends through a joined copy, which SetText then stores inline or on the heap.
 void Name_cl::Concat(const char* text) {
   if (!text) return;
   int add = static_cast<int>(strlen(text));
   char* joined = static_cast<char*>(malloc(iLength + add + 1));
   if (iLength) memcpy(joined, iText, iLength);
-  memcpy(joined + iLength, text, add + 1);
-  free(iText);
-  iText = joined;
-  iLength += add;
-  if (iLength == 0) {
-    free(iText);
-    iText = nullptr;
-  }
+  memcpy(joined + iLength, text, add);
+  SetText(joined, iLength + add);
+  free(joined);
 }
 
 void Name_cl::Concat(char c) {
@@ -103,14 +148,8 @@ void Name_cl::Concat1(const char* text) {
   char* joined = static_cast<char*>(malloc(iLength + add + 1));
   memcpy(joined, text, add);
   if (iLength) memcpy(joined + add, iText, iLength);
-  joined[add + iLength] = '\0';
-  free(iText);
-  iText = joined;
-  iLength += add;
-  if (iLength == 0) {
-    free(iText);
-    iText = nullptr;
-  }
+  SetText(joined, iLength + add);
+  free(joined);
 }
 
 void Name_cl::Concat1(char c) {
@@ -126,6 +165,7 @@ void Name_cl::Concat1(int value) {
 
 void Name_cl::RemoveChar(char c) {
   if (!iText) return;
+  iIndexHash = 0;
   int kept = 0;
   for (int i = 0; i < iLength; i++)
     if (iText[i] != c) iText[kept++] = iText[i];

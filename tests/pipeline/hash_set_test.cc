@@ -55,6 +55,16 @@ class Model {
       }
   }
   int NumBuckets() const { return static_cast<int>(iChains.size()); }
+  // The first match in chain order, or the default.
+  int Get(const std::string& key, int def) const {
+    for (auto& entry : iChains[Bucket(key, iChains.size())])
+      if (entry.first == key) return entry.second;
+    return def;
+  }
+  void Clear() {
+    for (auto& chain : iChains) chain.clear();
+    iCount = 0;
+  }
   std::vector<std::string> Keys() const {
     std::vector<std::string> keys;
     for (auto& chain : iChains)
@@ -132,6 +142,52 @@ TEST(NameSet, OrderMatchesModelThroughGrowthShadowingAndRemoval) {
   EXPECT_EQ(set.GetNumBuckets(), model.NumBuckets());
   EXPECT_GT(set.GetNumBuckets(), 1000);
   EXPECT_EQ(Keys(set), model.Keys());
+}
+
+TEST(NameSet, LookupsAgreeWithAChainWalkUnderShadowingRemovalAndGrowth) {
+  // Few distinct names, many repeats: keys shadow each other across many expansions, and
+  // removals uncover the older entries in the order the chains hold them.
+  std::vector<std::string> pool;
+  for (int i = 0; i < 60; i++) pool.push_back(i % 2 ? "probe_" + std::to_string(i) : std::string(i % 7 + 1, 'a' + i % 26));
+  NameSet_tmpl<int> set(1, -1);
+  Model model(1);
+  Random_cl random(99);
+  auto pick = [&] { return pool[static_cast<int>(random.SampleUniform() * pool.size())]; };
+  for (int step = 0; step < 20000; step++) {
+    double op = random.SampleUniform();
+    std::string key = pick();
+    if (op < 0.6) {
+      set.Insert(Name_sptr(key.c_str()), step);
+      model.Insert(key, step);
+    } else if (op < 0.995) {
+      ASSERT_EQ(set.Remove(Name_sptr(key.c_str())), model.Get(key, -1)) << "step " << step;
+      model.Remove(key);
+    } else {
+      set.RemoveAll();
+      model.Clear();
+    }
+    if (step % 50 == 0)
+      for (const std::string& k : pool) {
+        ASSERT_EQ(set.GetEntry(Name_sptr(k.c_str())), model.Get(k, -1)) << "step " << step << " key " << k;
+        ASSERT_EQ(set.GetEntry(k.c_str()), model.Get(k, -1));
+      }
+  }
+  EXPECT_EQ(Keys(set), model.Keys());
+}
+
+TEST(NameSet, EmptyAndNullNamesAreDistinctKeys) {
+  NameSet_tmpl<int> set(4, -1);
+  set.Insert(Name_sptr(""), 1);  // stored with a null text
+  set.Insert(Name_sptr("abc")->SubString(0, -1), 2);  // an empty but non-null text
+  set.Insert(Name_sptr(), 3);
+  EXPECT_EQ(set.GetEntry(Name_sptr("")), 1);
+  EXPECT_EQ(set.GetEntry(Name_sptr("x")->SubString(1, 0)), 2);
+  EXPECT_EQ(set.GetEntry(Name_sptr()), 3);
+  EXPECT_EQ(set.GetEntry(static_cast<const char*>(nullptr)), 1);
+  EXPECT_EQ(set.GetEntry(""), 2);
+  EXPECT_EQ(set.Remove(Name_sptr()), 3);
+  EXPECT_EQ(set.GetEntry(Name_sptr()), -1);
+  EXPECT_EQ(set.GetEntry(Name_sptr("")), 1);
 }
 
 TEST(NameSet, DefaultValueReadsAsAbsent) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <string>
 
 TEST(Name, EmptyTextIsNullAndEqualsOnlyNull) {
   Name_cl empty("");
@@ -55,4 +56,39 @@ TEST(Name, HandlesCompareByContent) {
   std::ostringstream out;
   out << Name_sptr("gene") << Name_sptr() << Name_sptr("");
   EXPECT_EQ(out.str(), "gene");
+}
+
+TEST(Name, TextsAcrossTheInlineLimitSurviveEveryEdit) {
+  // Short texts are kept inside the object, longer ones on the heap; edits move between the two.
+  for (int length = 17; length <= 23; length++) {
+    std::string text(length, 'g');
+    Name_sptr name(text.c_str());
+    EXPECT_EQ(name->GetLength(), length);
+    name->Concat("xy");
+    EXPECT_EQ(std::string(name->GetText()), text + "xy");
+    name->RemoveChar('x');
+    name->RemoveChar('y');
+    EXPECT_EQ(std::string(name->GetText()), text);
+    name->Concat1("ab");
+    EXPECT_EQ(std::string(name->GetText()), "ab" + text);
+    EXPECT_EQ(std::string(name->SubString(2, length + 1)->GetText()), text);
+    EXPECT_EQ(std::string(name->SubString(0, 1)->GetText()), "ab");
+  }
+  Name_sptr grown("");
+  for (int i = 0; i < 30; i++) grown->Concat('z');
+  EXPECT_EQ(std::string(grown->GetText()), std::string(30, 'z'));
+}
+
+TEST(Name, IndexHashFollowsTheText) {
+  Name_sptr a("gene_17"), b("gene_1");
+  EXPECT_NE(a->GetIndexHash(), b->GetIndexHash());
+  b->Concat('7');  // an edit drops the cached hash
+  EXPECT_EQ(a->GetIndexHash(), b->GetIndexHash());
+  EXPECT_EQ(a->GetIndexHash(), Name_cl::ComputeIndexHash("gene_17", 7));
+  EXPECT_NE(Name_cl::ComputeIndexHash(nullptr, 0), 0u);
+  std::string longText(40, 'q');
+  Name_sptr c(longText.c_str());
+  uint32_t before = c->GetIndexHash();
+  c->RemoveChar('q');
+  EXPECT_NE(c->GetIndexHash(), before);
 }
