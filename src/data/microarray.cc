@@ -209,29 +209,25 @@ int Microarray_cl::GetNumFilterGenes(int experiment, double threshold, int atLea
   return count;
 }
 
-void Microarray_cl::ZeroTransformGenes() {
-  for (int g = 0; g < GetNumGenes(); g++) iMatrix->ZeroTransformRow(g, kMissingReal);
+void Microarray_cl::TransformGenes(void (Matrix_cl::*transform)(int, double)) {
+  for (int g = 0; g < GetNumGenes(); g++) (iMatrix.Get()->*transform)(g, kMissingReal);
 }
 
-void Microarray_cl::ZeroTransformExperiments() {
-  for (int e = 0; e < GetNumExperiments(); e++) iMatrix->ZeroTransformCol(e, kMissingReal);
+void Microarray_cl::TransformExperiments(void (Matrix_cl::*transform)(int, double)) {
+  for (int e = 0; e < GetNumExperiments(); e++) (iMatrix.Get()->*transform)(e, kMissingReal);
 }
 
-void Microarray_cl::CenterTransformGenes() {
-  for (int g = 0; g < GetNumGenes(); g++) iMatrix->CenterTransformRow(g, kMissingReal);
-}
+void Microarray_cl::ZeroTransformGenes() { TransformGenes(&Matrix_cl::ZeroTransformRow); }
 
-void Microarray_cl::CenterTransformExperiments() {
-  for (int e = 0; e < GetNumExperiments(); e++) iMatrix->CenterTransformCol(e, kMissingReal);
-}
+void Microarray_cl::ZeroTransformExperiments() { TransformExperiments(&Matrix_cl::ZeroTransformCol); }
 
-void Microarray_cl::ScaleTransformGenes() {
-  for (int g = 0; g < GetNumGenes(); g++) iMatrix->ScaleTransformRow(g, kMissingReal);
-}
+void Microarray_cl::CenterTransformGenes() { TransformGenes(&Matrix_cl::CenterTransformRow); }
 
-void Microarray_cl::ScaleTransformExperiments() {
-  for (int e = 0; e < GetNumExperiments(); e++) iMatrix->ScaleTransformCol(e, kMissingReal);
-}
+void Microarray_cl::CenterTransformExperiments() { TransformExperiments(&Matrix_cl::CenterTransformCol); }
+
+void Microarray_cl::ScaleTransformGenes() { TransformGenes(&Matrix_cl::ScaleTransformRow); }
+
+void Microarray_cl::ScaleTransformExperiments() { TransformExperiments(&Matrix_cl::ScaleTransformCol); }
 
 void Microarray_cl::RankTransformGenes() {
   for (int g = 0; g < GetNumGenes(); g++) iMatrix->RankTransformRow(g, kMissingReal);

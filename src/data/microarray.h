@@ -108,6 +108,9 @@ class Microarray_cl : public Randomizable_cl {
   static int iOutPrecision;
 
  private:
+  // Applies a transform of one line to every row (column), skipping missing cells.
+  void TransformGenes(void (Matrix_cl::*transform)(int, double));
+  void TransformExperiments(void (Matrix_cl::*transform)(int, double));
   // Rebuilds the matrix from the kept rows and columns, in order.
   void Keep(const Vector_tmpl<int>& rows, const Vector_tmpl<int>& columns);
   void DeleteNames();

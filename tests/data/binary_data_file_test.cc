@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "temp_file.h"
+#include "data_test_helpers.h"
 
 TEST(BinaryDataFile, DoublesAtByteOffsets) {
   Name_sptr name(TempPath("d").c_str());

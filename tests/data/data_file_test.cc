@@ -12,7 +12,7 @@
 #include <string>
 
 #include "pipeline/random.h"
-#include "temp_file.h"
+#include "data_test_helpers.h"
 
 namespace {
 const DataFileDescriptor_cl kMicroarray(1, 1, 0, 0, -1, 1, -999, -1, -1);
@@ -27,13 +27,6 @@ std::string Join(const Vector_tmpl<Name_sptr>* names) {
   for (int i = 0; i < names->GetSize(); i++) text += (i ? "," : "") + Text((*names)[i]);
   delete names;
   return text;
-}
-
-std::unique_ptr<NameSet_tmpl<int>> Filter(std::initializer_list<const char*> names) {
-  auto filter = std::make_unique<NameSet_tmpl<int>>(8, -1);
-  int i = 0;
-  for (const char* name : names) filter->Insert(Name_sptr(name), i++);
-  return filter;
 }
 }  // namespace
 

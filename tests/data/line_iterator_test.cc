@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "temp_file.h"
+#include "data_test_helpers.h"
 
 namespace {
 std::vector<std::string> Lines(LineIterator_cl& lines) {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "pipeline/heap.h"
-#include "temp_file.h"
+#include "data_test_helpers.h"
 
 namespace {
 const double M = kMissingReal;
@@ -63,13 +63,6 @@ std::string Written(const Microarray_cl& m, const Vector_tmpl<Name_sptr>* genes 
   std::ostringstream out;
   m.WriteFile(out, genes, experiments);
   return out.str();
-}
-
-std::unique_ptr<NameSet_tmpl<int>> Filter(std::initializer_list<const char*> names) {
-  auto filter = std::make_unique<NameSet_tmpl<int>>(8, -1);
-  int i = 0;
-  for (const char* name : names) filter->Insert(Name_sptr(name), i++);
-  return filter;
 }
 }  // namespace
 
