@@ -31,6 +31,9 @@ class ClusteringNode_cl : public DNode_tmpl<ClusteringNode_cl, ClusteringEdge_cl
   int IsActive() const { return iActive; }
   void SetActive(int active) { iActive = active; }
   int IsLeaf() const { return GetNumChildren() == 0 && iIsLeaf; }
+  // Where the node stands in the visiting order of the active set.
+  long long GetActiveKey() const { return iActiveKey; }
+  void SetActiveKey(long long key) { iActiveKey = key; }
 
   void AddChild(ClusteringNode_cl* child);
   void RemoveChild(ClusteringNode_cl* child);
@@ -40,6 +43,7 @@ class ClusteringNode_cl : public DNode_tmpl<ClusteringNode_cl, ClusteringEdge_cl
  private:
   int iActive = 1;
   int iIsLeaf;
+  long long iActiveKey = 0;
   ClusteringMetric_cl* iMetric;
   int iOwnsMetric;
 };

@@ -57,6 +57,8 @@ void HierarchicalClustering_cl::Prepare() {
   iNextNodeId = n;
   // Twice as many buckets as nodes can ever be active, so the set never rehashes mid-run.
   iActive = new IdSet_tmpl<ClusteringNode_cl*>(2 * n + 1, nullptr);
+  iActiveOrder.RemoveAll();
+  iActiveCount = 0;
   iQueue = new Heap_cl(n * (iMaxMergesPerNode >= 0 ? iMaxMergesPerNode + 1 : 1) + 1);
   iQueueBuilt = 0;
   if (n > 0) iScratch = (*iMetrics)[0]->GetEmpty();
@@ -130,8 +132,8 @@ void HierarchicalClustering_cl::QueueTestMerges(ClusteringNode_cl* node) {
   ClusteringMetric_cl* mine = node->GetMetric();
   // Worst kept candidate on top, so that a better one can take its place in constant time.
   Heap_cl kept(keep);
-  for (auto* entry : *iActive) {
-    ClusteringNode_cl* other = entry->iValue;
+  for (int i = 0; i < iActiveOrder.GetSize(); i++) {
+    ClusteringNode_cl* other = iActiveOrder[i];
     if (other == node) continue;
     if (kept.GetSize() < keep) {
       ClusteringNode_cl* candidate = new ClusteringNode_cl(-1, mine->GetEmpty(), 1);
@@ -157,16 +159,38 @@ void HierarchicalClustering_cl::QueueTestMerges(ClusteringNode_cl* node) {
   }
 }
 
+namespace {
+// The first place in order whose key is above key.
+int FindAbove(const Vector_tmpl<ClusteringNode_cl*>& order, long long key) {
+  int lo = 0, hi = order.GetSize();
+  while (lo < hi) {
+    int mid = (lo + hi) / 2;
+    if (order[mid]->GetActiveKey() <= key) lo = mid + 1;
+    else hi = mid;
+  }
+  return lo;
+}
+}  // namespace
+
 void HierarchicalClustering_cl::Activate(ClusteringNode_cl* node) {
   node->SetActive(1);
   iActive->Insert(node, node);
+  // The set never rehashes (see Prepare), so a node's bucket is fixed; a new entry heads its chain.
+  long long bucket = HashToBucket(node->GetId(), kHashMultiplier, iActive->GetNumBuckets());
+  node->SetActiveKey((bucket << 32) | (0xFFFFFFFFu - iActiveCount++));
+  iActiveOrder.InsertAt(FindAbove(iActiveOrder, node->GetActiveKey()), node);
+}
+
+void HierarchicalClustering_cl::Inactivate(ClusteringNode_cl* node) {
+  iActive->Remove(node);
+  node->SetActive(0);
+  iActiveOrder.RemoveIndexKeepOrder(FindAbove(iActiveOrder, node->GetActiveKey()) - 1);
 }
 
 void HierarchicalClustering_cl::InactivateChildren(ClusteringNode_cl* node) {
   for (int c = 0; c < 2; c++) {
     ClusteringNode_cl* child = node->GetChild(c);
-    iActive->Remove(child);
-    child->SetActive(0);
+    Inactivate(child);
     // The child's other candidates lose it; one left with no child at all is dropped at NextNode.
     for (int i = 0; i < child->GetNumParents();) {
       ClusteringNode_cl* spouse = child->GetParent(i);
@@ -183,8 +207,8 @@ void HierarchicalClustering_cl::InactivateChildren(ClusteringNode_cl* node) {
 void HierarchicalClustering_cl::ReportDepletedQueue() {
   std::cerr << "ERROR: The active set contains more than 1 node.  The nodes remaining are:" << std::endl;
   Vector_tmpl<ClusteringNode_cl*> left(iActive->GetSize() + 1, nullptr);
-  for (auto* entry : *iActive) {
-    ClusteringNode_cl* node = entry->iValue;
+  for (int i = 0; i < iActiveOrder.GetSize(); i++) {
+    ClusteringNode_cl* node = iActiveOrder[i];
     left.AddLast(node);
     int internal = node->GetNumChildren() == 2;
     std::cerr << "node = " << node->GetId() << ", left = " << (internal ? node->GetChild(0)->GetId() : -1)
@@ -203,7 +227,7 @@ void HierarchicalClustering_cl::ReportDepletedQueue() {
 
 void HierarchicalClustering_cl::CreateSolution() {
   iSolution.RemoveAll();
-  for (auto* entry : *iActive) iSolution.AddLast(entry->iValue);
+  for (int i = 0; i < iActiveOrder.GetSize(); i++) iSolution.AddLast(iActiveOrder[i]);
 }
 
 void HierarchicalClustering_cl::DeleteSolution() {

@@ -41,6 +41,7 @@ class HierarchicalClustering_cl : public Clustering_cl {
   ClusteringNode_cl* NextNode();
   void QueueTestMerges(ClusteringNode_cl* node);
   void Activate(ClusteringNode_cl* node);
+  void Inactivate(ClusteringNode_cl* node);
   void InactivateChildren(ClusteringNode_cl* node);
   [[noreturn]] void ReportDepletedQueue();
   void CreateSolution();
@@ -52,6 +53,10 @@ class HierarchicalClustering_cl : public Clustering_cl {
   void GetAncestorsAtGeneration(ClusteringNode_cl* node, int depth, Vector_tmpl<ClusteringNode_cl*>* out) const;
 
   IdSet_tmpl<ClusteringNode_cl*>* iActive = nullptr;
+  // The active nodes in the set's own visiting order (bucket by bucket, the newest first in a
+  // bucket), kept dense so that a pass over them does not walk empty buckets and chains.
+  Vector_tmpl<ClusteringNode_cl*> iActiveOrder;
+  unsigned iActiveCount = 0;
   int iCutDepth = 0;
   Heap_cl* iQueue = nullptr;
   // The queue is built in one go after the first layer; from then on entries rise into place.
