@@ -11,6 +11,7 @@ deps:
 run: deps
 	cmake -S . -B build/release $(CMAKE_COMMON) -DCMAKE_BUILD_TYPE=Release -DVORN_TESTS=OFF -DVORN_BENCH=OFF
 	cmake --build build/release -j $(JOBS) --target vorn_learn
+	mkdir -p examples/out
 	cd examples && ../build/release/vorn_learn quickstart.xml
 	@echo "Example done: its results are in examples/out/"
 
