@@ -9,6 +9,13 @@
 #include "pipeline/id.h"
 #include "pipeline/vector.h"
 
+// One edge line of a layout file, with the edge style when there is one.
+inline void WriteGraphEasyEdge(std::ostream& out, int from, const char* arrow, int to, const char* edgeStyle) {
+  out << "[ " << from << " ] " << arrow << " [ " << to << " ]";
+  if (edgeStyle) out << " { " << edgeStyle << " }";
+  out << std::endl;
+}
+
 // An edge from one node to another. Subclasses add weights or tests.
 template <class Node>
 class DEdge_tmpl {
@@ -79,11 +86,7 @@ class DNode_tmpl : public Id_cl {
   // The node's own text in a layout file: its box, then one line per child edge.
   virtual void WriteGraphEasy(std::ostream& out, const char* edgeStyle) const {
     out << "[ " << GetId() << " ]" << std::endl;
-    for (int i = 0; i < iChildren.GetSize(); i++) {
-      out << "[ " << GetId() << " ] --> [ " << GetChild(i)->GetId() << " ]";
-      if (edgeStyle) out << " { " << edgeStyle << " }";
-      out << std::endl;
-    }
+    for (int i = 0; i < iChildren.GetSize(); i++) WriteGraphEasyEdge(out, GetId(), "-->", GetChild(i)->GetId(), edgeStyle);
   }
 
  protected:
@@ -123,12 +126,9 @@ class UNode_tmpl : public Id_cl {
   // The node's own text in a layout file: its box, then each edge that starts here.
   virtual void WriteGraphEasy(std::ostream& out, const char* edgeStyle) const {
     out << "[ " << GetId() << " ]" << std::endl;
-    for (int i = 0; i < iEdges.GetSize(); i++) {
-      if (iEdges[i]->GetFirst() != static_cast<const Node*>(this)) continue;
-      out << "[ " << GetId() << " ] -- [ " << iEdges[i]->GetSecond()->GetId() << " ]";
-      if (edgeStyle) out << " { " << edgeStyle << " }";
-      out << std::endl;
-    }
+    for (int i = 0; i < iEdges.GetSize(); i++)
+      if (iEdges[i]->GetFirst() == static_cast<const Node*>(this))
+        WriteGraphEasyEdge(out, GetId(), "--", iEdges[i]->GetSecond()->GetId(), edgeStyle);
   }
 
  protected:

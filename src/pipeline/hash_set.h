@@ -34,6 +34,50 @@ inline int NameHashValue(const char* text) {
   return static_cast<int32_t>(h);
 }
 
+// Visits chained buckets in index order and each chain from its head. Entry has iNext.
+template <class Entry>
+class ChainIterator_tmpl {
+ public:
+  ChainIterator_tmpl(Entry* const* buckets, int count, int bucket) : iBuckets(buckets), iCount(count), iBucket(bucket) {
+    SkipEmpty();
+  }
+  Entry* operator*() const { return iEntry; }
+  ChainIterator_tmpl& operator++() {
+    iEntry = iEntry->iNext;
+    if (!iEntry) {
+      iBucket++;
+      SkipEmpty();
+    }
+    return *this;
+  }
+  bool operator!=(const ChainIterator_tmpl& other) const { return iEntry != other.iEntry; }
+
+ private:
+  void SkipEmpty() {
+    while (!iEntry && iBucket < iCount) {
+      iEntry = iBuckets[iBucket];
+      if (!iEntry) iBucket++;
+    }
+  }
+  Entry* const* iBuckets;
+  int iCount;
+  int iBucket;
+  Entry* iEntry = nullptr;
+};
+
+// Deletes every entry of every chain and leaves the buckets empty.
+template <class Entry>
+void DeleteChains(Entry** buckets, int count) {
+  for (int b = 0; b < count; b++) {
+    for (Entry* e = buckets[b]; e;) {
+      Entry* next = e->iNext;
+      delete e;
+      e = next;
+    }
+    buckets[b] = nullptr;
+  }
+}
+
 template <class K, class V>
 struct HashEntry_tmpl {
   K iKey;
@@ -103,14 +147,7 @@ class HashSet_tmpl {
     return value;
   }
   void RemoveAll() {
-    for (int b = 0; b < iNumBuckets; b++) {
-      for (Entry* e = iBuckets[b]; e;) {
-        Entry* next = e->iNext;
-        delete e;
-        e = next;
-      }
-      iBuckets[b] = nullptr;
-    }
+    DeleteChains(iBuckets, iNumBuckets);
     iNumEntries = 0;
     Cleared();
   }
@@ -174,33 +211,9 @@ class HashSet_tmpl {
   }
 
   // Visits the buckets in index order and each chain from its head.
-  class Iterator {
-   public:
-    Iterator(const HashSet_tmpl* set, int bucket, Entry* entry) : iSet(set), iBucket(bucket), iEntry(entry) { SkipEmpty(); }
-    Entry* operator*() const { return iEntry; }
-    Iterator& operator++() {
-      iEntry = iEntry->iNext;
-      if (!iEntry) {
-        iBucket++;
-        SkipEmpty();
-      }
-      return *this;
-    }
-    bool operator!=(const Iterator& other) const { return iEntry != other.iEntry; }
-
-   private:
-    void SkipEmpty() {
-      while (!iEntry && iBucket < iSet->iNumBuckets) {
-        iEntry = iSet->iBuckets[iBucket];
-        if (!iEntry) iBucket++;
-      }
-    }
-    const HashSet_tmpl* iSet;
-    int iBucket;
-    Entry* iEntry;
-  };
-  Iterator begin() const { return Iterator(this, 0, nullptr); }
-  Iterator end() const { return Iterator(this, iNumBuckets, nullptr); }
+  using Iterator = ChainIterator_tmpl<Entry>;
+  Iterator begin() const { return Iterator(iBuckets, iNumBuckets, 0); }
+  Iterator end() const { return Iterator(iBuckets, iNumBuckets, iNumBuckets); }
 
  protected:
   // The first match in chain order, which is what every look-up returns.

@@ -68,45 +68,14 @@ class Hash_tmpl {
     return iDefault;
   }
   void RemoveAll() {
-    for (int b = 0; b < iSize; b++) {
-      for (Entry* e = iTable[b]; e;) {
-        Entry* next = e->iNext;
-        delete e;
-        e = next;
-      }
-      iTable[b] = nullptr;
-    }
+    DeleteChains(iTable, iSize);
     iNumEntries = 0;
   }
 
   // Visits the slots in index order and each chain from its head.
-  class Iterator {
-   public:
-    Iterator(const Hash_tmpl* table, int slot) : iHash(table), iSlot(slot), iEntry(nullptr) { SkipEmpty(); }
-    Entry* operator*() const { return iEntry; }
-    Iterator& operator++() {
-      iEntry = iEntry->iNext;
-      if (!iEntry) {
-        iSlot++;
-        SkipEmpty();
-      }
-      return *this;
-    }
-    bool operator!=(const Iterator& other) const { return iEntry != other.iEntry; }
-
-   private:
-    void SkipEmpty() {
-      while (!iEntry && iSlot < iHash->iSize) {
-        iEntry = iHash->iTable[iSlot];
-        if (!iEntry) iSlot++;
-      }
-    }
-    const Hash_tmpl* iHash;
-    int iSlot;
-    Entry* iEntry;
-  };
-  Iterator begin() const { return Iterator(this, 0); }
-  Iterator end() const { return Iterator(this, iSize); }
+  using Iterator = ChainIterator_tmpl<Entry>;
+  Iterator begin() const { return Iterator(iTable, iSize, 0); }
+  Iterator end() const { return Iterator(iTable, iSize, iSize); }
 
  protected:
   Entry* Find(const K& key) const {

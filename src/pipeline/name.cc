@@ -120,15 +120,17 @@ Name_sptr Name_cl::SubString(int from, int to) const {
   return Name_sptr(result);
 }
 
-// Appends or prepends through a joined copy, which SetText then stores inline or on the heap.
-void Name_cl::Concat(const char* text) {
-  if (!text) return;
-  int add = static_cast<int>(strlen(text));
-  char* joined = static_cast<char*>(malloc(iLength + add + 1));
-  if (iLength) memcpy(joined, iText, iLength);
-  memcpy(joined + iLength, text, add);
-  SetText(joined, iLength + add);
+// The text becomes head then tail, joined in a copy that SetText stores inline or on the heap.
+void Name_cl::Join(const char* head, int headLength, const char* tail, int tailLength) {
+  char* joined = static_cast<char*>(malloc(headLength + tailLength + 1));
+  if (headLength) memcpy(joined, head, headLength);
+  if (tailLength) memcpy(joined + headLength, tail, tailLength);
+  SetText(joined, headLength + tailLength);
   free(joined);
+}
+
+void Name_cl::Concat(const char* text) {
+  if (text) Join(iText, iLength, text, static_cast<int>(strlen(text)));
 }
 
 void Name_cl::Concat(char c) {
@@ -143,13 +145,7 @@ void Name_cl::Concat(int value) {
 }
 
 void Name_cl::Concat1(const char* text) {
-  if (!text) return;
-  int add = static_cast<int>(strlen(text));
-  char* joined = static_cast<char*>(malloc(iLength + add + 1));
-  memcpy(joined, text, add);
-  if (iLength) memcpy(joined + add, iText, iLength);
-  SetText(joined, iLength + add);
-  free(joined);
+  if (text) Join(text, static_cast<int>(strlen(text)), iText, iLength);
 }
 
 void Name_cl::Concat1(char c) {

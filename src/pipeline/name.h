@@ -53,6 +53,7 @@ class Name_cl {
   // Always a text, empty if need be; the storage is the inline buffer or the heap.
   char* Reserve(int length);
   void ClearText();
+  void Join(const char* head, int headLength, const char* tail, int tailLength);
 
   uint32_t iRefCount = 0;
   mutable uint32_t iIndexHash = 0;  // 0 until computed; every change of the text resets it
