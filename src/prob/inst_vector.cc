@@ -104,63 +104,43 @@ void InstVector_cl::RecalculateIndexDisc() {
 
 // ---------------------------------------------------------------- walks
 
-void InstVector_cl::NextInst() {
-  for (int i = iSize - 1; i >= 0; i--) {
-    SingleInst_cl& inst = *iData[i];
-    if (!inst.IsLegalValue()) break;
-    inst.NextInst();
-    if (inst.IsLegalValue() || i == 0) break;
-    inst.SetFirstValue();
-  }
-  RecalculateIndex();
-}
-
-void InstVector_cl::NextInst(const RvVector_sptr& fixed, int first) {
+void InstVector_cl::Odometer(const RvVector_sptr& fixed, int first, int forward) {
   for (int i = iSize - 1; i >= first; i--) {
     SingleInst_cl& inst = *iData[i];
     if (!fixed.IsNull() && fixed->IsMember(iData[i])) continue;
     if (!inst.IsLegalValue()) break;
-    inst.NextInst();
+    if (forward) inst.NextInst();
+    else inst.PrevInst();
     if (inst.IsLegalValue() || i == first) break;
-    inst.SetFirstValue();
+    if (forward) inst.SetFirstValue();
+    else inst.SetLastValue();
   }
   RecalculateIndex();
 }
 
-void InstVector_cl::PrevInst() {
-  for (int i = iSize - 1; i >= 0; i--) {
-    SingleInst_cl& inst = *iData[i];
-    if (!inst.IsLegalValue()) break;
-    inst.PrevInst();
-    if (inst.IsLegalValue() || i == 0) break;
-    inst.SetLastValue();
-  }
-  RecalculateIndex();
-}
+void InstVector_cl::NextInst() { Odometer(RvVector_sptr(), 0, 1); }
 
-void InstVector_cl::NextPowerSetInst() {
+void InstVector_cl::NextInst(const RvVector_sptr& fixed, int first) { Odometer(fixed, first, 1); }
+
+void InstVector_cl::PrevInst() { Odometer(RvVector_sptr(), 0, 0); }
+
+void InstVector_cl::PowerSetStep(int forward) {
   for (int i = iSize - 1; i >= 0; i--) {
     SingleInst_cl& inst = *iData[i];
     if (inst.IsLegalValue()) {
-      inst.NextInst();
+      if (forward) inst.NextInst();
+      else inst.PrevInst();
       break;
     }
-    inst.SetFirstValue();
+    if (forward) inst.SetFirstValue();
+    else inst.SetLastValue();
   }
   RecalculateIndex();
 }
 
-void InstVector_cl::PrevPowerSetInst() {
-  for (int i = iSize - 1; i >= 0; i--) {
-    SingleInst_cl& inst = *iData[i];
-    if (inst.IsLegalValue()) {
-      inst.PrevInst();
-      break;
-    }
-    inst.SetLastValue();
-  }
-  RecalculateIndex();
-}
+void InstVector_cl::NextPowerSetInst() { PowerSetStep(1); }
+
+void InstVector_cl::PrevPowerSetInst() { PowerSetStep(0); }
 
 void InstVector_cl::SetFirstValue() {
   for (int i = 0; i < iSize; i++) iData[i]->SetFirstValue();

@@ -114,6 +114,9 @@ class InstVector_cl : public VarsVector_cl, public GeneralVector_tmpl<SingleInst
   void GeneralInitialize(const InstVector_sptr& source, Random_cl* random);
 
  private:
+  // The walks forward or backward; fixed variables are passed over and no carry goes before first.
+  void Odometer(const RvVector_sptr& fixed, int first, int forward);
+  void PowerSetStep(int forward);
   int ComputeIndex(int discreteOnly) const;
   void SetFromFlatIndex(int flatIndex, int discreteOnly);
   InstVector_sptr Select(int (*keep)(const SingleInst_cl&), int unique) const;

@@ -28,6 +28,47 @@ int TruncateToInt(double x) {
   return static_cast<int>(x);
 }
 
+// The first present cell of a column that no later one beats, or start when there is none.
+template <class Better>
+double ColumnExtreme(const Matrix_cl& m, int col, double missing, const Vector_tmpl<int>* rows, double start,
+                     Better better) {
+  double best = start;
+  ForEachIndex(m.GetNumRows(), rows, [&](int r) {
+    double x = m.GetRow(r)[col];
+    if (x != missing && better(x, best)) best = x;
+  });
+  return best;
+}
+
+// The column of the first extreme present cell of a row, -1 when there is none.
+template <class Better>
+int RowExtremeIndex(const Matrix_cl& m, int row, double missing, const Vector_tmpl<int>* cols, Better better) {
+  const double* x = m.GetRow(row);
+  int best = -1;
+  ForEachIndex(m.GetNumCols(), cols, [&](int c) {
+    if (x[c] != missing && (best < 0 || better(x[c], x[best]))) best = c;
+  });
+  return best;
+}
+
+// A new vector of the row and column of the first extreme present cell in row order, or -1 and -1.
+template <class Better>
+Vector_tmpl<int>* ExtremeEntry(const Matrix_cl& m, double missing, Better better) {
+  int bestRow = -1, bestCol = -1;
+  for (int r = 0; r < m.GetNumRows(); r++)
+    for (int c = 0; c < m.GetNumCols(); c++) {
+      double x = m.GetRow(r)[c];
+      if (x != missing && (bestRow < 0 || better(x, m.GetRow(bestRow)[bestCol]))) {
+        bestRow = r;
+        bestCol = c;
+      }
+    }
+  Vector_tmpl<int>* indices = new Vector_tmpl<int>(2, -1);
+  indices->AddLast(bestRow);
+  indices->AddLast(bestCol);
+  return indices;
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- MatrixFilter_cl
@@ -155,43 +196,31 @@ void Matrix_cl::SetCol(int col, MatrixVector_sptr values) {
 
 void Matrix_cl::SetElement(int row, int col, double value) { iRows[row][col] = value; }
 
-Matrix_sptr Matrix_cl::Multiply(double factor, int inPlace) {
+template <class Op>
+Matrix_sptr Matrix_cl::CellWise(const Matrix_sptr& other, int inPlace, Op op) {
   Matrix_sptr target = inPlace ? Matrix_sptr(this) : Copy();
   for (int r = 0; r < iNumRows; r++) {
     double* row = target->iRows[r];
-    for (int c = 0; c < iNumCols; c++) row[c] *= factor;
+    const double* with = other.IsNull() ? nullptr : other->iRows[r];
+    for (int c = 0; c < iNumCols; c++) row[c] = op(row[c], with ? with[c] : 0.0);
   }
   return target;
+}
+
+Matrix_sptr Matrix_cl::Multiply(double factor, int inPlace) {
+  return CellWise(Matrix_sptr(), inPlace, [factor](double x, double) { return x * factor; });
 }
 
 Matrix_sptr Matrix_cl::Add(Matrix_sptr other, int inPlace, double factor) {
-  Matrix_sptr target = inPlace ? Matrix_sptr(this) : Copy();
-  for (int r = 0; r < iNumRows; r++) {
-    double* row = target->iRows[r];
-    const double* add = other->iRows[r];
-    for (int c = 0; c < iNumCols; c++) row[c] += factor * add[c];
-  }
-  return target;
+  return CellWise(other, inPlace, [factor](double x, double y) { return x + factor * y; });
 }
 
 Matrix_sptr Matrix_cl::Sub(Matrix_sptr other, int inPlace) {
-  Matrix_sptr target = inPlace ? Matrix_sptr(this) : Copy();
-  for (int r = 0; r < iNumRows; r++) {
-    double* row = target->iRows[r];
-    const double* sub = other->iRows[r];
-    for (int c = 0; c < iNumCols; c++) row[c] -= sub[c];
-  }
-  return target;
+  return CellWise(other, inPlace, [](double x, double y) { return x - y; });
 }
 
 Matrix_sptr Matrix_cl::SubMe(Matrix_sptr other, int inPlace) {
-  Matrix_sptr target = inPlace ? Matrix_sptr(this) : Copy();
-  for (int r = 0; r < iNumRows; r++) {
-    double* row = target->iRows[r];
-    const double* from = other->iRows[r];
-    for (int c = 0; c < iNumCols; c++) row[c] = from[c] - row[c];
-  }
-  return target;
+  return CellWise(other, inPlace, [](double x, double y) { return y - x; });
 }
 
 Matrix_sptr Matrix_cl::Copy() const {
@@ -296,21 +325,11 @@ double Matrix_cl::GetColumnSum(int col, double missing, const Vector_tmpl<int>* 
 }
 
 double Matrix_cl::GetColumnMax(int col, double missing, const Vector_tmpl<int>* rows) const {
-  double best = -DBL_MAX;
-  ForEachIndex(iNumRows, rows, [&](int r) {
-    double x = iRows[r][col];
-    if (x != missing && x > best) best = x;
-  });
-  return best;
+  return ColumnExtreme(*this, col, missing, rows, -DBL_MAX, [](double x, double best) { return x > best; });
 }
 
 double Matrix_cl::GetColumnMin(int col, double missing, const Vector_tmpl<int>* rows) const {
-  double best = DBL_MAX;
-  ForEachIndex(iNumRows, rows, [&](int r) {
-    double x = iRows[r][col];
-    if (x != missing && x < best) best = x;
-  });
-  return best;
+  return ColumnExtreme(*this, col, missing, rows, DBL_MAX, [](double x, double best) { return x < best; });
 }
 
 int Matrix_cl::GetColumnNumEntries(int col, double missing, const Vector_tmpl<int>* rows) const {
@@ -332,21 +351,11 @@ double Matrix_cl::GetRowMin(int row, double missing, const Vector_tmpl<int>* col
 }
 
 int Matrix_cl::GetRowMaxIndex(int row, double missing, const Vector_tmpl<int>* cols) const {
-  const double* x = iRows[row];
-  int best = -1;
-  ForEachIndex(iNumCols, cols, [&](int c) {
-    if (x[c] != missing && (best < 0 || x[c] > x[best])) best = c;
-  });
-  return best;
+  return RowExtremeIndex(*this, row, missing, cols, [](double x, double best) { return x > best; });
 }
 
 int Matrix_cl::GetRowMinIndex(int row, double missing, const Vector_tmpl<int>* cols) const {
-  const double* x = iRows[row];
-  int best = -1;
-  ForEachIndex(iNumCols, cols, [&](int c) {
-    if (x[c] != missing && (best < 0 || x[c] < x[best])) best = c;
-  });
-  return best;
+  return RowExtremeIndex(*this, row, missing, cols, [](double x, double best) { return x < best; });
 }
 
 double Matrix_cl::GetColumnsSum(int row, double missing, const Vector_tmpl<int>* cols) const {
@@ -368,35 +377,11 @@ int Matrix_cl::GetColumnsNumEntries(int row, double missing, const Vector_tmpl<i
 }
 
 Vector_tmpl<int>* Matrix_cl::GetMinEntryIndices(double missing) const {
-  int bestRow = -1, bestCol = -1;
-  for (int r = 0; r < iNumRows; r++)
-    for (int c = 0; c < iNumCols; c++) {
-      double x = iRows[r][c];
-      if (x != missing && (bestRow < 0 || x < iRows[bestRow][bestCol])) {
-        bestRow = r;
-        bestCol = c;
-      }
-    }
-  Vector_tmpl<int>* indices = new Vector_tmpl<int>(2, -1);
-  indices->AddLast(bestRow);
-  indices->AddLast(bestCol);
-  return indices;
+  return ExtremeEntry(*this, missing, [](double x, double best) { return x < best; });
 }
 
 Vector_tmpl<int>* Matrix_cl::GetMaxEntryIndices(double missing) const {
-  int bestRow = -1, bestCol = -1;
-  for (int r = 0; r < iNumRows; r++)
-    for (int c = 0; c < iNumCols; c++) {
-      double x = iRows[r][c];
-      if (x != missing && (bestRow < 0 || x > iRows[bestRow][bestCol])) {
-        bestRow = r;
-        bestCol = c;
-      }
-    }
-  Vector_tmpl<int>* indices = new Vector_tmpl<int>(2, -1);
-  indices->AddLast(bestRow);
-  indices->AddLast(bestCol);
-  return indices;
+  return ExtremeEntry(*this, missing, [](double x, double best) { return x > best; });
 }
 
 // ---------------------------------------------------------------- rows

@@ -195,6 +195,9 @@ class Matrix_cl : public RefCount_cl {
   int GetRank(int destroy);
 
  protected:
+  // Applies op(cell, cell of other) to every cell, of this matrix or of a copy; other may be empty.
+  template <class Op>
+  Matrix_sptr CellWise(const Matrix_sptr& other, int inPlace, Op op);
   // Moves entries by a series of swaps until position i holds what stood at order[i].
   template <class SwapFn>
   static void ReorderBySwaps(int n, const int* order, SwapFn swap) {

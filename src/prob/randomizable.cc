@@ -63,14 +63,10 @@ void Randomizable_cl::PermuteOnlyClusterOfRowsInGivenColumns(const Vector_tmpl<i
   SetMatrix(m);
 }
 
+// All rows form one cluster: drawing a position in the list of all rows draws the row itself.
 void Randomizable_cl::PermuteByRowsInGivenColumns(const Vector_tmpl<int>* columns, double p) {
-  Matrix_sptr m = GetMatrix();
-  int rows = m->GetNumRows();
-  for (int r = 0; r < rows; r++)
-    for (int k = 0; k < columns->GetSize(); k++) {
-      if (!Moves(p)) continue;
-      int c = (*columns)[k];
-      m->SwapElements(r, c, Draw(rows), c);
-    }
-  SetMatrix(m);
+  int rows = GetMatrix()->GetNumRows();
+  Vector_tmpl<int> all(rows > 0 ? rows : 1);
+  for (int r = 0; r < rows; r++) all.AddLast(r);
+  PermuteOnlyClusterOfRowsInGivenColumns(&all, columns, p);
 }

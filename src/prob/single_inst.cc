@@ -18,11 +18,23 @@ int SafeTruncate(double x) {
   return static_cast<int>(x);
 }
 
-// The instantiations compare only with instantiations of the same kind.
-template <class Inst>
-const Inst* SameKind(const SingleVar_sptr& other) {
-  return dynamic_cast<const Inst*>(other.Get());
+// Same variable and same value; an instantiation equals only one of its own kind.
+template <class Inst, class Value>
+int SameVariableAndValue(const Inst* self, const SingleVar_sptr& other, Value value) {
+  const Inst* inst = dynamic_cast<const Inst*>(other.Get());
+  return inst && self->GetId() == inst->GetId() && value(self) == value(inst);
 }
+
+// Id order first, then the value.
+template <class Inst, class Value>
+int IdThenValueLess(const Inst* self, const SingleVar_sptr& other, Value value) {
+  if (self->GetId() != other->GetId()) return self->GetId() < other->GetId();
+  const Inst* inst = dynamic_cast<const Inst*>(other.Get());
+  return inst && value(self) < value(inst);
+}
+
+int IndexOf(const DiscreteSingleInst_cl* inst) { return inst->GetIndex(); }
+double RealOf(const RealSingleInst_cl* inst) { return inst->GetRealValue(); }
 
 }  // namespace
 
@@ -70,15 +82,10 @@ void DiscreteSingleInst_cl::GeneralInitialize(const SingleInst_sptr& source, Ran
 }
 
 int DiscreteSingleInst_cl::IsEqual(const SingleVar_sptr& other) const {
-  const DiscreteSingleInst_cl* inst = SameKind<DiscreteSingleInst_cl>(other);
-  return inst && GetId() == inst->GetId() && iIndex == inst->iIndex;
+  return SameVariableAndValue(this, other, IndexOf);
 }
 
-int DiscreteSingleInst_cl::IsLess(const SingleVar_sptr& other) const {
-  if (GetId() != other->GetId()) return GetId() < other->GetId();
-  const DiscreteSingleInst_cl* inst = SameKind<DiscreteSingleInst_cl>(other);
-  return inst && iIndex < inst->iIndex;
-}
+int DiscreteSingleInst_cl::IsLess(const SingleVar_sptr& other) const { return IdThenValueLess(this, other, IndexOf); }
 
 // ---------------------------------------------------------------- RealSingleInst_cl
 
@@ -120,13 +127,6 @@ SingleInst_sptr RealSingleInst_cl::Copy() const {
   return copy;
 }
 
-int RealSingleInst_cl::IsEqual(const SingleVar_sptr& other) const {
-  const RealSingleInst_cl* inst = SameKind<RealSingleInst_cl>(other);
-  return inst && GetId() == inst->GetId() && iValue == inst->iValue;
-}
+int RealSingleInst_cl::IsEqual(const SingleVar_sptr& other) const { return SameVariableAndValue(this, other, RealOf); }
 
-int RealSingleInst_cl::IsLess(const SingleVar_sptr& other) const {
-  if (GetId() != other->GetId()) return GetId() < other->GetId();
-  const RealSingleInst_cl* inst = SameKind<RealSingleInst_cl>(other);
-  return inst && iValue < inst->iValue;
-}
+int RealSingleInst_cl::IsLess(const SingleVar_sptr& other) const { return IdThenValueLess(this, other, RealOf); }

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <iostream>
 
-#include "eval/numerical.h"
+#include "eval/math_util.h"
 
 SqrMatrix_cl::SqrMatrix_cl(int size) : Matrix_cl(size, size) {
   for (int i = 0; i < size; i++) iRows[i][i] = 1.0;
@@ -143,13 +143,13 @@ Matrix_sptr SqrMatrix_cl::ComputeInvAB(Matrix_sptr b) const {
   Vector_tmpl<int> permutation(n > 0 ? n : 1);
   permutation.AddEmptyLast(n);
   double sign;
-  NumericalRoutines_cl::ludcmp(lu.iRows, n, permutation.GetData(), &sign);
+  MathUtils::ludcmp(lu.iRows, n, permutation.GetData(), &sign);
   Matrix_sptr solution = AllocateCorrectType(n, m);
   Vector_tmpl<double> column(n > 0 ? n : 1);
   column.AddEmptyLast(n);
   for (int j = 0; j < m; j++) {
     for (int i = 0; i < n; i++) column[i] = b->GetElement(i, j);
-    NumericalRoutines_cl::lubksb(lu.iRows, n, permutation.GetData(), column.GetData());
+    MathUtils::lubksb(lu.iRows, n, permutation.GetData(), column.GetData());
     for (int i = 0; i < n; i++) solution->GetRow(i)[j] = column[i];
   }
   return solution;

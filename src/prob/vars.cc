@@ -170,19 +170,16 @@ int VarsVector_cl::GetIntersectionSize(const VarsVector_sptr& other, int unique)
 
 RvVector_sptr VarsVector_cl::GetRest(const SingleVar_sptr& var) const { return GetDifference(new RvVector_cl(var), 0); }
 
-RvVector_sptr VarsVector_cl::GetReal(int unique) const {
+RvVector_sptr VarsVector_cl::SelectKind(int discrete, int unique) const {
   RvVector_sptr result = new RvVector_cl();
   for (int i = 0; i < GetNumberOfVars(); i++)
-    if (!GetVar(i)->IsDiscrete()) result->AddVar(GetRv(i), unique);
+    if ((GetVar(i)->IsDiscrete() != 0) == (discrete != 0)) result->AddVar(GetRv(i), unique);
   return result;
 }
 
-RvVector_sptr VarsVector_cl::GetDiscrete(int unique) const {
-  RvVector_sptr result = new RvVector_cl();
-  for (int i = 0; i < GetNumberOfVars(); i++)
-    if (GetVar(i)->IsDiscrete()) result->AddVar(GetRv(i), unique);
-  return result;
-}
+RvVector_sptr VarsVector_cl::GetReal(int unique) const { return SelectKind(0, unique); }
+
+RvVector_sptr VarsVector_cl::GetDiscrete(int unique) const { return SelectKind(1, unique); }
 
 RvVector_sptr VarsVector_cl::SortRvVector(const VarsVector_sptr& other) const { return GetIntersection(other, 0); }
 

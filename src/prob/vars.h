@@ -105,6 +105,7 @@ class VarsVector_cl : public RefCount_cl {
 
  private:
   RvVector_sptr Select(const VarsVector_sptr& other, int inOther, int unique) const;
+  RvVector_sptr SelectKind(int discrete, int unique) const;
   void WriteCpdStyle(std::ostream& out, int flatIndex, int verbose) const;
 };
 

@@ -62,7 +62,9 @@ TEST(InstVector, FlatIndexFollowsABruteForceWalkOverSmallScopes) {
       for (int i = n - 1; i >= 0 && ++expected[i] == sizes[i]; i--) expected[i] = 0;
     }
     EXPECT_FALSE(walk->IsLegalValue());
-    if (n == 1) EXPECT_EQ(walk->GetIndex(), sizes[0]);
+    if (n == 1) {
+      EXPECT_EQ(walk->GetIndex(), sizes[0]);
+    }
 
     // The mirror walk meets the same assignments backward.
     walk->SetLastValue();
