@@ -55,13 +55,14 @@ template <class Node, class Edge>
 class DNode_tmpl : public Id_cl {
  public:
   explicit DNode_tmpl(int id = 0) : Id_cl(id), iParents(4, nullptr), iChildren(4, nullptr) {}
-  // An edge is shared by its two ends: unlink it from the other end before deleting it.
+  // An edge is shared by its two ends: unlink it from the other end before deleting it. A child
+  // edge that is also a parent edge here is a self-loop; telling it so avoids touching this node
+  // through its derived type, which is already gone.
   ~DNode_tmpl() override {
     while (iChildren.GetSize() > 0) {
       Edge* e = iChildren[0];
       iChildren.RemoveFirstPtr(e);
-      if (e->GetTo() != Self()) e->GetTo()->iParents.RemoveFirstPtr(e);
-      else iParents.RemoveFirstPtr(e);
+      if (!iParents.RemoveFirstPtr(e)) e->GetTo()->iParents.RemoveFirstPtr(e);
       delete e;
     }
     while (iParents.GetSize() > 0) {
@@ -92,7 +93,6 @@ class DNode_tmpl : public Id_cl {
  protected:
   template <class N, class E>
   friend class DirectedGraph_tmpl;
-  Node* Self() { return static_cast<Node*>(this); }
 
   Container_tmpl<Edge*> iParents;
   Container_tmpl<Edge*> iChildren;
@@ -108,8 +108,7 @@ class UNode_tmpl : public Id_cl {
     while (iEdges.GetSize() > 0) {
       Edge* e = iEdges[0];
       iEdges.RemoveFirstPtr(e);
-      Node* other = e->GetOther(Self());
-      if (other != Self()) other->iEdges.RemoveFirstPtr(e);
+      if (e->GetFirst() != e->GetSecond()) (IsMe(e->GetFirst()) ? e->GetSecond() : e->GetFirst())->iEdges.RemoveFirstPtr(e);
       delete e;
     }
   }
@@ -134,7 +133,9 @@ class UNode_tmpl : public Id_cl {
  protected:
   template <class N, class E>
   friend class UndirectedGraph_tmpl;
-  Node* Self() { return static_cast<Node*>(this); }
+  // Node classes derive from UNode_tmpl first, so a node and its UNode_tmpl part share one
+  // address; comparing addresses works even while the derived part is being destroyed.
+  bool IsMe(const Node* node) const { return static_cast<const void*>(node) == static_cast<const void*>(this); }
 
   Container_tmpl<Edge*> iEdges;
   int iMark = 0;
@@ -322,14 +323,17 @@ class UndirectedGraph_tmpl : public Graph_tmpl<Node, Edge> {
     delete e;
     iNumComponents = -1;
   }
-  // Deletes every edge, each once through its first node; the nodes stay.
+  // Deletes every edge, each once through its first node; the nodes stay. The edges are gathered
+  // first, as a deleted edge would still be listed at its second node.
   void DeleteEdges() {
+    Vector_tmpl<Edge*> edges(this->iNodes.GetSize() + 1, nullptr);
     for (int i = 0; i < this->iNodes.GetSize(); i++) {
       Node* n = this->iNodes[i];
       for (int k = 0; k < n->iEdges.GetSize(); k++)
-        if (n->iEdges[k]->GetFirst() == n) delete n->iEdges[k];
+        if (n->iEdges[k]->GetFirst() == n) edges.AddLast(n->iEdges[k]);
+      n->iEdges.RemoveAll();
     }
-    for (int i = 0; i < this->iNodes.GetSize(); i++) this->iNodes[i]->iEdges.RemoveAll();
+    edges.DeleteAll();
     iNumComponents = -1;
   }
   int GetNumOfEdges() const {
