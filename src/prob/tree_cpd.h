@@ -66,6 +66,8 @@ class TreeCpdNode_cl : public DNode_tmpl<TreeCpdNode_cl, TreeCpdEdge_cl> {
   void SetSplitRv(SingleRv_sptr rv);
   // Installs an empty condition split and two children; child 0 takes over the leaf number.
   void SetConditionSplit();
+  // Installs a split made by the caller, with a child per branch; the node owns it.
+  void SetSplit(SplitTest_cl* split) { InstallSplit(split); }
   Cpd_sptr GetCpd() const { return iCpd; }
   // A node without distribution and leaf number takes the next leaf number.
   void SetCpd(Cpd_sptr cpd);
