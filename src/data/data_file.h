@@ -7,13 +7,9 @@
 
 #include "pipeline/hash_set.h"
 #include "pipeline/name.h"
+#include "pipeline/missing.h"
 #include "pipeline/vector.h"
 #include "prob/matrix.h"
-
-// The mark of a missing real cell, the lowest double, in every matrix and table of the program.
-inline constexpr double kMissingReal = -1.7976931348623157e308;
-// The mark of a missing integer cell.
-inline constexpr int kMissingInt = -2147483647;
 
 // Which lines and columns of a tab file hold what. A last column of -999 means "to the last
 // column"; a range with first 0 and last -1 is empty.

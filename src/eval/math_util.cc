@@ -33,7 +33,7 @@ void SampleMoments(const Vector_tmpl<double>& v, int& n, double& mean, double& v
   double sum = 0.0, sumSquares = 0.0;
   n = 0;
   for (int i = 0; i < v.GetSize(); i++) {
-    if (v[i] == MathUtils::kMissingReal) continue;
+    if (v[i] == kMissingReal) continue;
     n++;
     sum += v[i];
     sumSquares += v[i] * v[i];

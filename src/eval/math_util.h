@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "eval/numerical.h"
+#include "pipeline/missing.h"
 #include "pipeline/vector.h"
 
 // How a p-value threshold is corrected for the number of tests made; read from MULTIPLE_HYPOTHESIS_CORRECTION_STR
@@ -25,8 +26,8 @@ class DoubleComparator_cl {
 
 class MathUtils : public NumericalRoutines_cl {
  public:
-  // The missing real: also the log of zero in every log-space operation.
-  static constexpr double kMissingReal = -1.7976931348623157e308;
+  // The missing real is the log of zero in every log-space operation.
+  static constexpr double kMissingReal = ::kMissingReal;
 
   // --- log-space arithmetic; anything at or below the missing real counts as a zero probability
   static double AddLog(double a, double b) {

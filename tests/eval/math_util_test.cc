@@ -21,7 +21,7 @@
 
 namespace {
 
-const double kMissing = MathUtils::kMissingReal;
+const double kMissing = kMissingReal;
 
 Vector_tmpl<double> Doubles(std::initializer_list<double> values) {
   Vector_tmpl<double> v;
