@@ -26,12 +26,8 @@ void BnCpd_cl::RebuildScopes() {
   iAllVars->AddLast(iChild);
   iDiscMapping = new RvMapping_cl(*iDiscParents, *iAllVars, 0);
   iRealMapping = new RvMapping_cl(*iRealParents, *iAllVars, 0);
+  // Trees over many regulators overflow the joint size; their lines are walked by leaf, not by number.
   iNumLines = std::max(1, iDiscParents->GetJointDomainSize());
-  if (iDiscParents->GetJointDomainSize() < 0) {
-    std::cerr << "BnCpd_cl: the joint domain size of the discrete parents of " << iChild->GetName()
-              << " does not fit an int" << std::endl;
-    abort();
-  }
 }
 
 void BnCpd_cl::AddParents(RvVector_sptr parents) {

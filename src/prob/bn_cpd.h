@@ -16,7 +16,8 @@ class BnCpd_sptr : public Sptr_tmpl<BnCpd_cl> {
 BnCpd_sptr Conv2BnCpd(const Measure_sptr& m);
 
 // The vector of all variables holds the parents first and the child last. A line is the
-// distribution of the child for one joint value of the discrete parents; there is at least one.
+// distribution of the child for one joint value of the discrete parents; there is at least one,
+// and only one when the joint size of the discrete parents overflows an int.
 class BnCpd_cl : public Cpd_cl {
  public:
   BnCpd_cl(SingleRv_sptr child, RvVector_sptr parents);

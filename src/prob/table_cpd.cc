@@ -1,11 +1,22 @@
 // Table CPDs: lines by parent assignment, sampling and the table text.
 #include "prob/table_cpd.h"
 
+#include <cstdlib>
+#include <iostream>
+
 #include "prob/multinomial.h"
 
 TableCpd_sptr Conv2TableCpd(const Measure_sptr& m) { return Conv2X<TableCpd_sptr>(m, "TableCpd_cl"); }
 
-TableCpd_cl::TableCpd_cl(SingleRv_sptr child, RvVector_sptr parents) : BnCpd_cl(child, parents) {
+TableCpd_cl::TableCpd_cl(SingleRv_sptr child, RvVector_sptr parents) : BnCpd_cl(child, parents) { ResetLines(); }
+
+void TableCpd_cl::ResetLines() {
+  if (iDiscParents->GetJointDomainSize() < 0) {
+    std::cerr << "TableCpd_cl: the joint domain size of the discrete parents of " << iChild->GetName()
+              << " does not fit an int" << std::endl;
+    abort();
+  }
+  iLines.RemoveAll();
   iLines.AddEmptyLast(iNumLines);
 }
 
@@ -30,14 +41,12 @@ int TableCpd_cl::IsDeterministic() const {
 
 void TableCpd_cl::AddParents(RvVector_sptr parents) {
   BnCpd_cl::AddParents(parents);
-  iLines.RemoveAll();
-  iLines.AddEmptyLast(iNumLines);
+  ResetLines();
 }
 
 void TableCpd_cl::DeleteParents(RvVector_sptr parents) {
   BnCpd_cl::DeleteParents(parents);
-  iLines.RemoveAll();
-  iLines.AddEmptyLast(iNumLines);
+  ResetLines();
 }
 
 Cpd_sptr TableCpd_cl::GetLine(InstVector_sptr inst, int copy) {

@@ -45,6 +45,9 @@ class TableCpd_cl : public BnCpd_cl {
   int GetStorageSize(int recursive) const override;
 
  private:
+  // Empties every line; the program stops when the lines cannot be counted in an int.
+  void ResetLines();
+
   Vector_tmpl<Cpd_sptr> iLines;
 };
 

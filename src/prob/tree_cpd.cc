@@ -167,10 +167,18 @@ Name_sptr TreeCpdNode_cl::GetHashValue() {
   }
   RvVector_sptr parents = Parents();
   std::vector<std::string> conditions;
+  // Each clause is one item, so that the name does not depend on the order of the tests.
   for (const TreeCpdNode_cl* node = this; node->HasParent(); node = node->GetNodeParent()) {
-    std::ostringstream text;
-    node->GetNodeParent()->iSplit->PrintBranchCondition(text, parents, node->GetNodeParent()->GetBranchIndex(node));
-    conditions.push_back(text.str());
+    const TreeCpdNode_cl* parent = node->GetNodeParent();
+    int branch = parent->GetBranchIndex(node);
+    const ConditionSplitTest_cl* condition = parent->GetConditionSplit();
+    int items = condition ? condition->GetNumClauses() : 1;
+    for (int i = 0; i < items; i++) {
+      std::ostringstream text;
+      if (condition) condition->GetClause(i)->PrintBranchCondition(text, parents, branch);
+      else parent->iSplit->PrintBranchCondition(text, parents, branch);
+      conditions.push_back(text.str());
+    }
   }
   std::sort(conditions.begin(), conditions.end());
   std::string joined;
