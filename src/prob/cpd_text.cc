@@ -298,9 +298,12 @@ class Parser {
         while (iTok.Accept("in")) {
           iTok.Expect("{");
           node->groups.emplace_back();
-          do node->groups.back().push_back(iTok.ExpectString());
-          while (iTok.Accept(","));
-          iTok.Expect("}");
+          // A branch whose values all went elsewhere is written with an empty list.
+          if (!iTok.Accept("}")) {
+            do node->groups.back().push_back(iTok.ExpectString());
+            while (iTok.Accept(","));
+            iTok.Expect("}");
+          }
           node->children.push_back(ReadNode(depth + 1));
         }
         iTok.Expect("default");

@@ -12,7 +12,7 @@
 class CpdTextReader_cl {
  public:
   // Nesting of tree nodes deeper than this is refused, so a hostile text cannot exhaust the stack.
-  static constexpr int kMaxDepth = 2000;
+  static constexpr int kMaxDepth = 1000;
 
   static BnCpd_sptr Read(const std::string& text, const RvVector_sptr& vars);
   static BnCpd_sptr Read(std::istream& in, const RvVector_sptr& vars);

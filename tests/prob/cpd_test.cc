@@ -394,6 +394,6 @@ TEST(CpdText, FaultsNameTheLineAndWhatWasWrong) {
   EXPECT_DEATH(read("probability (y | a, a)\n{"), "^CpdTextReader_cl line 1: variable 'a' appears twice\n$");
   EXPECT_DEATH(read("probability (y)\n{\n 0.5, 0.5;\n"), "^CpdTextReader_cl line 4: expected '}', found the end of the text\n$");
   std::string deep = "probability(y) tree\n";
-  for (int i = 0; i < 3000; i++) deep += "{ split on condition ( (y = \"1\") ) {\n false ";
-  EXPECT_DEATH(CpdTextReader_cl::Read(deep, known), "tree nodes nest deeper than 2000\n$");
+  for (int i = 0; i < 1500; i++) deep += "{ split on condition ( (y = \"1\") ) {\n false ";
+  EXPECT_DEATH(CpdTextReader_cl::Read(deep, known), "tree nodes nest deeper than 1000\n$");
 }
