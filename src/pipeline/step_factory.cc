@@ -11,11 +11,11 @@
 #include "data/vorn_step_microarray_stats.h"
 #include "data/vorn_step_print_microarray.h"
 #include "data/vorn_step_randomize.h"
-#include "data/vorn_step_load_microarray.h"
-#include "data/vorn_step_print_microarray.h"
-#include "data/vorn_step_randomize.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_step_loop.h"
+#include "sequence/step_create_labeled_sequences.h"
+#include "sequence/step_load_sequence.h"
+#include "sequence/step_load_sequence_alignment.h"
 
 namespace {
 using Maker = VornStep_cl* (*)(PropertyTreeIter_cl*, VornRun_cl*);
@@ -37,9 +37,9 @@ const StepType kStepTypes[] = {
     {"ChromosomeSegmentation", nullptr},  // StepChromosomeSegmentation_cl
     {"Loop", Make<VornStepLoop_cl>},
     {"Cluster", Make<VornStepCluster_cl>},
-    {"LoadSequence", nullptr},  // StepLoadSequence_cl
+    {"LoadSequence", Make<StepLoadSequence_cl>},
     {"Clustering", nullptr},  // VornStepClustering_cl
-    {"LoadSequenceAlignment", nullptr},  // StepLoadSequenceAlignment_cl
+    {"LoadSequenceAlignment", Make<StepLoadSequenceAlignment_cl>},
     {"CompareChromosomeTracks", nullptr},  // StepCompareChromosomeTracks_cl
     {"LoadSequenceModelStep", nullptr},  // StepLoadSequenceModelStep_cl
     {"CreateSequenceAlignment", nullptr},  // StepCreateSequenceAlignment_cl
@@ -89,7 +89,7 @@ const StepType kStepTypes[] = {
     {"LoadAttributes", nullptr},  // VornStepLoadAttributes_cl
     {"WeightMatrix2Logo", nullptr},  // StepWeightMatrix2Logo_cl
     {"LoadBlast", nullptr},  // VornStepLoadBlast_cl
-    {"CreateLabeledSequences", nullptr},  // StepCreateLabeledSequences_cl
+    {"CreateLabeledSequences", Make<StepCreateLabeledSequences_cl>},
     {"LoadClusters", nullptr},  // VornStepLoadClusters_cl
     {"EvalKmerSetMotifModel", nullptr},  // StepEvalKmerSetMotifModel_cl
     {"LoadGeneGraph", nullptr},  // VornStepLoadGeneGraph_cl
