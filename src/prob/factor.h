@@ -60,7 +60,8 @@ class Factor_cl : public virtual Measure_cl {
   // --- cells
   int GetSize() const { return iSize; }
   double* GetValues() { return iValues; }
-  double GetValue(int index) const { return iValues[index]; }
+  // Not const, so that GetValue(0) prefers the cell over the null assignment handle.
+  double GetValue(int index) { return iValues[index]; }
   // The cell of the assignment's values of this scope's variables, read by id.
   int GetIndexOf(InstVector_sptr inst) const;
   void SetValue(double value, int index) { iValues[index] = value; }

@@ -137,8 +137,15 @@ void EQRVClause_cl::PrintBranchCondition(std::ostream& out, const RvVector_sptr&
       << parents->GetRv(iPositions[1])->GetName();
 }
 
-ValueConditionClause_cl::ValueConditionClause_cl(int position, const Domain_sptr& domain, Value_cl* value)
-    : iPosition(position), iDomain(domain), iValue(value), iValueIndex(-1), iReal(0.0) {
+ValueConditionClause_cl::ValueConditionClause_cl(int position, const Domain_sptr& domain, Value_cl* value,
+                                                 int comparison, int direction)
+    : iPosition(position),
+      iDomain(domain),
+      iValue(value),
+      iValueIndex(-1),
+      iReal(0.0),
+      iComparison(comparison),
+      iDirection(direction) {
   if (domain->IsDiscrete()) iValueIndex = domain->ValueToIndex(value);
   else iReal = static_cast<const RealValue_cl*>(value)->GetValue();
 }
@@ -149,7 +156,9 @@ ValueConditionClause_cl::ValueConditionClause_cl(const ValueConditionClause_cl& 
       iDomain(other.iDomain),
       iValue(other.iValue->Clone()),
       iValueIndex(other.iValueIndex),
-      iReal(other.iReal) {}
+      iReal(other.iReal),
+      iComparison(other.iComparison),
+      iDirection(other.iDirection) {}
 
 int ValueConditionClause_cl::Test(const InstVector_sptr& inst, const RvMapping_sptr& mapping) const {
   const SingleInst_cl* value = SplitTest_cl::InstAt(inst, mapping, iPosition);

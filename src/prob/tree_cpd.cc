@@ -56,6 +56,11 @@ int TreeCpdNode_cl::GetBranchIndex(const TreeCpdNode_cl* child) const {
   return -1;
 }
 
+int TreeCpdNode_cl::GetBranchInParent() const {
+  if (iDetachedParent) return iDetachedBranch;
+  return HasParent() ? GetParent(0)->GetBranchIndex(this) : -1;
+}
+
 TreeCpdNode_cl* TreeCpdNode_cl::NewChild() {
   auto* child = new TreeCpdNode_cl(iGraph);
   iGraph->AddEdge(this, child);
@@ -144,8 +149,7 @@ int TreeCpdNode_cl::IsLess(const TreeCpdNode_cl* other) const {
     a = a->GetNodeParent();
     b = b->GetNodeParent();
   }
-  const TreeCpdNode_cl* common = a->GetNodeParent();
-  return common->GetBranchIndex(a) < common->GetBranchIndex(b);
+  return a->GetBranchInParent() < b->GetBranchInParent();
 }
 
 long long TreeCpdNode_cl::GetNodeCode() const {
@@ -154,7 +158,7 @@ long long TreeCpdNode_cl::GetNodeCode() const {
   for (const TreeCpdNode_cl* node = this; node->HasParent(); node = node->GetNodeParent(), d--) {
     long long power = 1;
     for (int k = 1; k < d; k++) power *= 3;
-    code += node->GetNodeParent()->GetBranchIndex(node) == 1 ? 2 * power : power;
+    code += node->GetBranchInParent() == 1 ? 2 * power : power;
   }
   return code;
 }
@@ -170,7 +174,7 @@ Name_sptr TreeCpdNode_cl::GetHashValue() {
   // Each clause is one item, so that the name does not depend on the order of the tests.
   for (const TreeCpdNode_cl* node = this; node->HasParent(); node = node->GetNodeParent()) {
     const TreeCpdNode_cl* parent = node->GetNodeParent();
-    int branch = parent->GetBranchIndex(node);
+    int branch = node->GetBranchInParent();
     const ConditionSplitTest_cl* condition = parent->GetConditionSplit();
     int items = condition ? condition->GetNumClauses() : 1;
     for (int i = 0; i < items; i++) {
@@ -209,7 +213,7 @@ void TreeCpdNode_cl::GetReducedDomain(const SingleRv_sptr& rv, DomainSubset_cl* 
   int position = iGraph->GetAllVars()->GetFirstEntry(SingleVar_sptr(rv));
   for (const TreeCpdNode_cl* node = this; node->HasParent(); node = node->GetNodeParent()) {
     const TreeCpdNode_cl* parent = node->GetNodeParent();
-    parent->iSplit->GetReducedDomain(position, parent->GetBranchIndex(node), subset);
+    parent->iSplit->GetReducedDomain(position, node->GetBranchInParent(), subset);
     if (!recursive) return;
   }
 }
@@ -294,10 +298,8 @@ TreeCpdNode_cl* TreeCpdNode_cl::Clone(TreeCpdGraph_cl* graph) const {
 
 TreeCpdNode_cl* TreeCpdNode_cl::CreateConditionSplitCopy() {
   auto* copy = new TreeCpdNode_cl(iGraph);
-  if (HasParent()) {
-    auto* edge = new TreeCpdEdge_cl(GetNodeParent(), copy);
-    copy->GetParentEdges().Add(edge);
-  }
+  copy->iDetachedParent = GetNodeParent();
+  copy->iDetachedBranch = GetBranchInParent();
   copy->iLeafNum = iLeafNum;
   copy->InstallSplit(new ConditionSplitTest_cl());
   return copy;

@@ -53,8 +53,11 @@ class TreeCpdNode_cl : public DNode_tmpl<TreeCpdNode_cl, TreeCpdEdge_cl> {
   TreeCpdNode_cl& operator=(const TreeCpdNode_cl&) = delete;
   ~TreeCpdNode_cl() override { delete iSplit; }
 
-  int HasParent() const { return GetNumParents() > 0; }
-  TreeCpdNode_cl* GetNodeParent() const { return HasParent() ? GetParent(0) : nullptr; }
+  // A detached trial copy answers with the parent of the node it was copied from.
+  int HasParent() const { return GetNumParents() > 0 || iDetachedParent; }
+  TreeCpdNode_cl* GetNodeParent() const { return GetNumParents() > 0 ? GetParent(0) : iDetachedParent; }
+  // The branch of the parent that leads here; -1 for the root.
+  int GetBranchInParent() const;
   TreeCpdNode_cl* GetBranch(int branch) const { return GetChild(branch); }
   // The branch that leads to child; -1 with a message when it is not a child.
   int GetBranchIndex(const TreeCpdNode_cl* child) const;
@@ -106,8 +109,8 @@ class TreeCpdNode_cl : public DNode_tmpl<TreeCpdNode_cl, TreeCpdEdge_cl> {
   // --- copies
   // A copy of the subtree in another graph, leaf numbers and names included.
   TreeCpdNode_cl* Clone(TreeCpdGraph_cl* graph) const;
-  // A detached copy of a leaf with a fresh condition split and two children; the node keeps its
-  // parent edge but is not among its parent's children.
+  // A detached copy of a leaf with a fresh condition split and two children; it knows the leaf's
+  // parent and branch but is not among the parent's children.
   TreeCpdNode_cl* CreateConditionSplitCopy();
   // Drops the split; with removeChildren the children go too and the node takes their largest leaf number.
   void RemoveConditionSplit(int removeChildren);
@@ -130,6 +133,8 @@ class TreeCpdNode_cl : public DNode_tmpl<TreeCpdNode_cl, TreeCpdEdge_cl> {
   Name_sptr iName;
   Name_sptr iHashName;
   int iIntHash = kUnsetHash;
+  TreeCpdNode_cl* iDetachedParent = nullptr;
+  int iDetachedBranch = -1;
 };
 
 // Depth first, node first, then each branch left to right.

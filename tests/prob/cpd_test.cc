@@ -240,6 +240,9 @@ TEST(TreeCpd, RemovingAConditionSplitRestoresALeaf) {
   TreeCpdNode_cl* trial = tree->GetRoot()->GetBranch(0)->GetBranch(0)->CreateConditionSplitCopy();
   EXPECT_EQ(trial->GetBranch(0)->GetLeafNum(), tree->GetRoot()->GetBranch(0)->GetBranch(0)->GetLeafNum());
   EXPECT_EQ(tree->GetRoot()->GetBranch(0)->GetBranch(0)->GetNumChildren(), 0);
+  EXPECT_EQ(trial->GetNodeCode(), tree->GetRoot()->GetBranch(0)->GetBranch(0)->GetNodeCode());
+  EXPECT_EQ(trial->GetHashValue(), tree->GetRoot()->GetBranch(0)->GetBranch(0)->GetHashValue());
+  EXPECT_EQ(tree->GetRoot()->GetBranch(0)->GetNumChildren(), 3);
 }
 
 TEST(TreeCpd, ChecksReportBadLeaves) {
