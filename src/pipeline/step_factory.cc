@@ -7,6 +7,7 @@
 #include <string>
 
 #include "clustering/vorn_step_cluster.h"
+#include "clustering/vorn_step_clustering.h"
 #include "data/vorn_step_load_microarray.h"
 #include "data/vorn_step_microarray_stats.h"
 #include "data/vorn_step_print_microarray.h"
@@ -38,7 +39,7 @@ const StepType kStepTypes[] = {
     {"Loop", Make<VornStepLoop_cl>},
     {"Cluster", Make<VornStepCluster_cl>},
     {"LoadSequence", Make<StepLoadSequence_cl>},
-    {"Clustering", nullptr},  // VornStepClustering_cl
+    {"Clustering", Make<VornStepClustering_cl>},
     {"LoadSequenceAlignment", Make<StepLoadSequenceAlignment_cl>},
     {"CompareChromosomeTracks", nullptr},  // StepCompareChromosomeTracks_cl
     {"LoadSequenceModelStep", nullptr},  // StepLoadSequenceModelStep_cl
