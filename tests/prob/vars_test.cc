@@ -207,7 +207,7 @@ TEST(VarsVector, SetAlgebraByIdKeepsThisOrder) {
   EXPECT_TRUE(abcb->IsSubset(db->GetIntersection(abcb, 0)));
   EXPECT_FALSE(abcb->IsSubset(db));
   EXPECT_TRUE(abcb->IsSubset(VarsVector_sptr()));
-  EXPECT_TRUE((new RvVector_cl())->IsEqual(VarsVector_sptr()));
+  EXPECT_TRUE(RvVector_sptr(new RvVector_cl())->IsEqual(VarsVector_sptr()));
   EXPECT_FALSE(abcb->IsEmptyIntersection(db));
   EXPECT_TRUE(db->GetDifference(abcb, 0)->IsEmptyIntersection(abcb));
   EXPECT_TRUE(abcb->IsLess(db));          // a's id is below d's
