@@ -52,12 +52,13 @@ Vector_tmpl<int>* IdsOfList(const Vector_tmpl<Name_sptr>* list, const Vector_tmp
   return ids;
 }
 
+}  // namespace
+
 Domain_sptr CreateValueDomain(Name_sptr text) {
   if (text.IsNull() || !text->GetText()) return Domain_sptr();
   std::string copy = text->GetText();  // the factory cuts its text in place
   return DomainFactory_cl::CreateDomain(copy.data(), ";", "Continuous");
 }
-}  // namespace
 
 Microarray_cl::Microarray_cl(PropertyTreeIter_cl* iter) {
   int rowHeaders, colHeaders, keyCol;

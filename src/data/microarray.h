@@ -13,6 +13,9 @@
 #include "prob/matrix.h"
 #include "prob/randomizable.h"
 
+// The domain of a value text: "Continuous" for reals, else names separated by ';'; empty for null.
+Domain_sptr CreateValueDomain(Name_sptr text);
+
 // A row of the matrix is the gene of that index in the gene names, a column the experiment of
 // that index. A microarray that is not loaded holds no names and an empty matrix. The id vectors
 // and name tables are caches: every change of rows or columns drops them.

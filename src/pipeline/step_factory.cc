@@ -8,10 +8,15 @@
 
 #include "clustering/vorn_step_cluster.h"
 #include "clustering/vorn_step_clustering.h"
+#include "data/vorn_step_delete.h"
+#include "data/vorn_step_load_attributes.h"
+#include "data/vorn_step_load_clusters.h"
 #include "data/vorn_step_load_microarray.h"
 #include "data/vorn_step_microarray_stats.h"
+#include "data/vorn_step_print.h"
 #include "data/vorn_step_print_microarray.h"
 #include "data/vorn_step_randomize.h"
+#include "module/vorn_step_dummy.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_step_loop.h"
 #include "sequence/step_create_labeled_sequences.h"
@@ -47,8 +52,8 @@ const StepType kStepTypes[] = {
     {"MergeChromosomeTracks", nullptr},  // StepMergeChromosomeTracks_cl
     {"CreateChromosomeTrack", nullptr},  // StepCreateChromosomeTrack_cl
     {"MicroarrayStats", Make<VornStepMicroarrayStats_cl>},
-    {"Dummy", nullptr},  // VornStepDummy_cl
-    {"Print", nullptr},  // VornStepPrint_cl
+    {"Dummy", Make<VornStepDummy_cl>},
+    {"Print", Make<VornStepPrint_cl>},
     {"EM", nullptr},  // VornStepEM_cl
     {"PrintMicroarray", Make<VornStepPrintMicroarray_cl>},
     {"EvalAttributes", nullptr},  // VornStepEvalAttributes_cl
@@ -60,7 +65,7 @@ const StepType kStepTypes[] = {
     {"EvalLocations", nullptr},  // VornStepEvalLocations_cl
     {"WeightMatricesStats", nullptr},  // StepWeightMatricesStats_cl
     {"EvalMotifs", nullptr},  // VornStepEvalMotifs_cl
-    {"DeleteVars", nullptr},  // VornStepDelete_cl
+    {"DeleteVars", Make<VornStepDelete_cl>},
     {"EvalSplits", nullptr},  // VornStepEvalSplits_cl
     {"AddVars", nullptr},  // VornStepSoftmaxAdd_cl
     {"EvalStructureLearning", nullptr},  // VornStepEvalStructureLearning_cl
@@ -87,11 +92,11 @@ const StepType kStepTypes[] = {
     {"ScoreUnalignedSeqsForMotif", nullptr},  // StepScoreUnalignedSeqsForMotif_cl
     {"LearnWeightMatrix", nullptr},  // StepLearnWeightMatrix_cl
     {"ScoreMotifHitsInPositiveSet", nullptr},  // StepScoreMotifHitsInPositiveSet_cl
-    {"LoadAttributes", nullptr},  // VornStepLoadAttributes_cl
+    {"LoadAttributes", Make<VornStepLoadAttributes_cl>},
     {"WeightMatrix2Logo", nullptr},  // StepWeightMatrix2Logo_cl
     {"LoadBlast", nullptr},  // VornStepLoadBlast_cl
     {"CreateLabeledSequences", Make<StepCreateLabeledSequences_cl>},
-    {"LoadClusters", nullptr},  // VornStepLoadClusters_cl
+    {"LoadClusters", Make<VornStepLoadClusters_cl>},
     {"EvalKmerSetMotifModel", nullptr},  // StepEvalKmerSetMotifModel_cl
     {"LoadGeneGraph", nullptr},  // VornStepLoadGeneGraph_cl
     {"AnalyzeChromosomeFeaturesConfigurations", nullptr},  // StepAnalyzeChromosomeFeaturesConfig_cl

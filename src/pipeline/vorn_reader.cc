@@ -4,8 +4,8 @@
 #include <iostream>
 
 #include "data/microarray.h"
+#include "data/vorn_attribute_group.h"
 #include "data/vorn_data.h"
-#include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
 
 VornReader_cl::VornReader_cl() : iData(new VornData_cl), iRuns(10, nullptr) {}
@@ -52,7 +52,11 @@ void VornReader_cl::ReadMicroarrays(PropertyTreeIter_cl* iter) {
 
 void VornReader_cl::ReadAttributeGroups(PropertyTreeIter_cl* iter) {
   std::cerr << "BOF: ReadAttributeGroups(" << iter->GetName() << ")" << std::endl;
-  for (iter->FirstChild(); iter->NotNull(); iter->NextSibling()) StopNotBuilt("Attribute groups are not built yet");
+  for (iter->FirstChild(); iter->NotNull(); iter->NextSibling()) {
+    PropertyTreeIter_cl* child = iter->Clone();
+    iData->AddAttributeGroup(new VornAttributeGroup_cl(child));
+    delete child;
+  }
   std::cerr << "EOF: ReadAttributeGroups" << std::endl;
 }
 

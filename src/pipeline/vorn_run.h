@@ -54,7 +54,7 @@ class VornRun_cl {
 
   // Module clusters, get-or-create by name.
   VornCluster_cl* CreateVornCluster(Name_sptr name, Name_sptr fileName);
-  VornCluster_cl* CreateVornCluster(Name_sptr name, const Vector_tmpl<Name_sptr>& genes);
+  VornCluster_cl* CreateVornCluster(Name_sptr name, const Vector_tmpl<Name_sptr>& files);
   VornCluster_cl* CreateVornCluster(Name_sptr name, Vector_tmpl<Name_sptr>* rows, Vector_tmpl<Name_sptr>* columns,
                                     Matrix_sptr values);
   VornCluster_cl* CreateVornCluster(Name_sptr name, AttributeGroupType_cl type);
