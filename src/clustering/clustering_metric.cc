@@ -44,6 +44,14 @@ int ClusteringMetric_cl::IHaveHigherPriority(const HeapEntry_cl* other) const {
   return iCost < theirs;
 }
 
+void ClusteringMetric_cl::ComputeCosts(ClusteringMetric_cl* a, ClusteringMetric_cl* const* others, int n,
+                                       double* costs) {
+  for (int i = 0; i < n; i++) {
+    ComputeCost(a, others[i]);
+    costs[i] = iCost;
+  }
+}
+
 void ClusteringMetric_cl::Init(Matrix_sptr matrix, Vector_tmpl<int>* rows) {
   if (rows->GetSize() == 1) {
     Init(matrix, (*rows)[0]);
@@ -356,6 +364,11 @@ void ClusteringMetricPearson_cl::ComputeCost(ClusteringMetric_cl* a, ClusteringM
       valid++;
     }
   }
+  SetCostFromSums(d, sx, sy, sxx, syy, sxy, sw, valid);
+}
+
+void ClusteringMetricPearson_cl::SetCostFromSums(int d, double sx, double sy, double sxx, double syy, double sxy,
+                                                 double sw, int valid) {
   iValidDimensions = valid;
   if (!iIsCentered) {
     iCost = sw > 0.0 ? sxy / sw : kMissingReal;
@@ -369,6 +382,61 @@ void ClusteringMetricPearson_cl::ComputeCost(ClusteringMetric_cl* a, ClusteringM
     return;
   }
   iCost = (total * sxy - sx * sy) / sqrt(spread);
+}
+
+void ClusteringMetricPearson_cl::ComputeCosts(ClusteringMetric_cl* a, ClusteringMetric_cl* const* others, int n,
+                                              double* costs) {
+  const ClusteringMetricPearson_cl* x = static_cast<const ClusteringMetricPearson_cl*>(a);
+  int d = x->iDims;
+  int i = 0;
+  if (x->iNumPresent == d && !iDimensionWeights) {
+    const double* u = x->iProfile;
+    for (; i + 4 <= n; i += 4) {
+      const ClusteringMetricPearson_cl* y[4];
+      int complete = 1;
+      for (int k = 0; k < 4; k++) {
+        y[k] = static_cast<const ClusteringMetricPearson_cl*>(others[i + k]);
+        complete &= y[k]->iNumPresent == d && y[k]->iDims == d;
+      }
+      if (!complete) {
+        for (int k = 0; k < 4; k++) {
+          ComputeCost(a, others[i + k]);
+          costs[i + k] = iCost;
+        }
+        continue;
+      }
+      // Each pair keeps the four partial sums of Dot, so its rounding is that of ComputeCost;
+      // sixteen independent chains keep the adder busy where one pair alone would wait on it.
+      double s[4][4] = {};
+      const double* v0 = y[0]->iProfile;
+      const double* v1 = y[1]->iProfile;
+      const double* v2 = y[2]->iProfile;
+      const double* v3 = y[3]->iProfile;
+      int j = 0;
+      for (; j + 4 <= d; j += 4)
+        for (int t = 0; t < 4; t++) {
+          s[0][t] += u[j + t] * v0[j + t];
+          s[1][t] += u[j + t] * v1[j + t];
+          s[2][t] += u[j + t] * v2[j + t];
+          s[3][t] += u[j + t] * v3[j + t];
+        }
+      for (; j < d; j++) {
+        s[0][0] += u[j] * v0[j];
+        s[1][0] += u[j] * v1[j];
+        s[2][0] += u[j] * v2[j];
+        s[3][0] += u[j] * v3[j];
+      }
+      for (int k = 0; k < 4; k++) {
+        double sxy = (s[k][0] + s[k][1]) + (s[k][2] + s[k][3]);
+        SetCostFromSums(d, x->iSum, y[k]->iSum, x->iSumSquares, y[k]->iSumSquares, sxy, d, d);
+        costs[i + k] = iCost;
+      }
+    }
+  }
+  for (; i < n; i++) {
+    ComputeCost(a, others[i]);
+    costs[i] = iCost;
+  }
 }
 
 void ClusteringMetricPearson_cl::ComputeStats() {

@@ -38,6 +38,9 @@ class ClusteringMetric_cl : public HeapEntry_cl {
   virtual void ComputeCost(ClusteringMetric_cl* a, ClusteringMetric_cl* b) = 0;
   // One: its cost; two: the pair form; more: the merge of all but the last against the last.
   virtual void ComputeCost(Vector_tmpl<ClusteringMetric_cl*>* metrics);
+  // The pair costs of a against each of n others, the very numbers ComputeCost(a, other) gives, in
+  // costs; this metric is left with the last pair's cost.
+  virtual void ComputeCosts(ClusteringMetric_cl* a, ClusteringMetric_cl* const* others, int n, double* costs);
   virtual const char* GetName() const = 0;
   double GetCost() const { return iCost; }
   void SetCost(double cost) { iCost = cost; }
@@ -127,12 +130,17 @@ class ClusteringMetricPearson_cl : public ClusteringMetricProfile_cl {
   ClusteringMetric_cl* GetEmpty() const override { return new ClusteringMetricPearson_cl(iIsCentered); }
   void ComputeCost(ClusteringMetric_cl* a, ClusteringMetric_cl* b) override;
   using ClusteringMetric_cl::ComputeCost;
+  // Complete profiles without weights go four at a time, their cross sums interleaved.
+  void ComputeCosts(ClusteringMetric_cl* a, ClusteringMetric_cl* const* others, int n, double* costs) override;
   const char* GetName() const override { return iIsCentered ? "Pearson" : "UncenteredPearson"; }
   // The weighted mean and population deviation of the profile, missing without weight or variance.
   void ComputeStats();
   void Print(std::ostream& out) const override;
 
  private:
+  // The cost from the sums over the valid ones of d dimensions.
+  void SetCostFromSums(int d, double sx, double sy, double sxx, double syy, double sxy, double sw, int valid);
+
   int iIsCentered;
   double iMean = -1.7976931348623157e308;
   double iStdDev = -1.7976931348623157e308;

@@ -132,21 +132,38 @@ void HierarchicalClustering_cl::QueueTestMerges(ClusteringNode_cl* node) {
   ClusteringMetric_cl* mine = node->GetMetric();
   // Worst kept candidate on top, so that a better one can take its place in constant time.
   Heap_cl kept(keep);
-  for (int i = 0; i < iActiveOrder.GetSize(); i++) {
-    ClusteringNode_cl* other = iActiveOrder[i];
-    if (other == node) continue;
-    if (kept.GetSize() < keep) {
-      ClusteringNode_cl* candidate = new ClusteringNode_cl(-1, mine->GetEmpty(), 1);
-      candidate->GetMetric()->ComputeCost(mine, other->GetMetric());
-      kept.Insert(new Candidate_cl(candidate, other), 0);
-      continue;
+  // The costs of a block of partners come first, in one go; a partner that beats the worst kept
+  // candidate has its metric computed again in full, so the candidates are those of pair by pair.
+  constexpr int kBlock = 64;
+  ClusteringMetric_cl* block[kBlock];
+  double costs[kBlock];
+  ClusteringNode_cl* partners[kBlock];
+  int size = iActiveOrder.GetSize();
+  for (int start = 0; start < size;) {
+    int n = 0;
+    for (; start < size && n < kBlock; start++) {
+      ClusteringNode_cl* other = iActiveOrder[start];
+      if (other == node) continue;
+      partners[n] = other;
+      block[n++] = other->GetMetric();
     }
-    iScratch->ComputeCost(mine, other->GetMetric());
-    Candidate_cl* worst = static_cast<Candidate_cl*>(kept.Maximum());
-    if (!iScratch->IHaveHigherPriority(worst->iNode->GetMetric())) continue;
-    iScratch = worst->iNode->ExchangeMetric(iScratch);
-    worst->iPartner = other;
-    kept.UpdateKey(worst);
+    int filled = 0;
+    for (; filled < n && kept.GetSize() < keep; filled++) {
+      ClusteringNode_cl* candidate = new ClusteringNode_cl(-1, mine->GetEmpty(), 1);
+      candidate->GetMetric()->ComputeCost(mine, block[filled]);
+      kept.Insert(new Candidate_cl(candidate, partners[filled]), 0);
+    }
+    if (filled == n) continue;
+    iScratch->ComputeCosts(mine, block + filled, n - filled, costs + filled);
+    for (int i = filled; i < n; i++) {
+      Candidate_cl* worst = static_cast<Candidate_cl*>(kept.Maximum());
+      iScratch->SetCost(costs[i]);
+      if (!iScratch->IHaveHigherPriority(worst->iNode->GetMetric())) continue;
+      iScratch->ComputeCost(mine, block[i]);
+      iScratch = worst->iNode->ExchangeMetric(iScratch);
+      worst->iPartner = partners[i];
+      kept.UpdateKey(worst);
+    }
   }
   while (HeapEntry_cl* entry = kept.ExtractMax()) {
     Candidate_cl* candidate = static_cast<Candidate_cl*>(entry);
