@@ -45,4 +45,16 @@ class ClusterNode_cl : public HeapEntry_cl {
   double iCost = kMissingReal;
 };
 
+// Wraps a node of either engine with the comparison turned round, so that a heap of them has the
+// worst on top.
+template <class Node>
+class ReverseNode_tmpl : public HeapEntry_cl {
+ public:
+  explicit ReverseNode_tmpl(Node* node) : iNode(node) {}
+  int IHaveHigherPriority(const HeapEntry_cl* other) const override {
+    return static_cast<const ReverseNode_tmpl*>(other)->iNode->IHaveHigherPriority(iNode);
+  }
+  Node* iNode;
+};
+
 #endif

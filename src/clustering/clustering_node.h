@@ -2,6 +2,7 @@
 #ifndef VORN_CLUSTERING_CLUSTERING_NODE_H
 #define VORN_CLUSTERING_CLUSTERING_NODE_H
 
+#include "clustering/cluster_node.h"
 #include "clustering/clustering_metric.h"
 #include "pipeline/graph.h"
 #include "pipeline/heap.h"
@@ -48,14 +49,6 @@ class ClusteringNode_cl : public DNode_tmpl<ClusteringNode_cl, ClusteringEdge_cl
   int iOwnsMetric;
 };
 
-// Wraps a node with the comparison turned round, so that a heap of them has the worst on top.
-class ReverseClusteringNode_cl : public HeapEntry_cl {
- public:
-  explicit ReverseClusteringNode_cl(ClusteringNode_cl* node) : iNode(node) {}
-  int IHaveHigherPriority(const HeapEntry_cl* other) const override {
-    return static_cast<const ReverseClusteringNode_cl*>(other)->iNode->IHaveHigherPriority(iNode);
-  }
-  ClusteringNode_cl* iNode;
-};
+using ReverseClusteringNode_cl = ReverseNode_tmpl<ClusteringNode_cl>;
 
 #endif

@@ -6,15 +6,7 @@
 #include <iostream>
 
 namespace {
-// A candidate with the comparison turned round, so that a heap of them has the worst on top.
-class WorstFirst_cl : public HeapEntry_cl {
- public:
-  explicit WorstFirst_cl(ClusterNode_cl* node) : iNode(node) {}
-  int IHaveHigherPriority(const HeapEntry_cl* other) const override {
-    return static_cast<const WorstFirst_cl*>(other)->iNode->IHaveHigherPriority(iNode);
-  }
-  ClusterNode_cl* iNode;
-};
+using WorstFirst_cl = ReverseNode_tmpl<ClusterNode_cl>;
 }  // namespace
 
 Cluster_cl* Cluster_cl::Create(PropertyTreeIter_cl* iter) {
@@ -55,7 +47,8 @@ void HierarchicalCluster_cl::CreateActiveSet() {
 void HierarchicalCluster_cl::HeapifyNearestNeighbors(Heap_cl* heap) {
   int n = iNodes.GetSize();
   for (int i = 0; i < n; i++) {
-    if (i % 10 == 0) std::cerr << "HierarchicalCluster_cl::HeapifyNearestNeighbors  Init node " << i << " of " << n << std::endl;
+    if (i % 10 == 0)
+      std::cerr << "HierarchicalCluster_cl::HeapifyNearestNeighbors  Init node " << i << " of " << n << std::endl;
     AddNodeNeighbors(iNodes[i], heap, 0);
   }
 }

@@ -26,7 +26,8 @@ Matrix_sptr TiedMatrix(int rows, int cols, int profiles, int missingEvery, long 
   Random_cl::iGlobalRandomizer.Reset(seed);
   Matrix_sptr pool(new Matrix_cl(profiles, cols));
   for (int p = 0; p < profiles; p++)
-    for (int c = 0; c < cols; c++) pool->SetElement(p, c, static_cast<int>(Random_cl::iGlobalRandomizer.SampleUniform() * 3));
+    for (int c = 0; c < cols; c++)
+      pool->SetElement(p, c, static_cast<int>(Random_cl::iGlobalRandomizer.SampleUniform() * 3));
   Matrix_sptr m(new Matrix_cl(rows, cols));
   for (int r = 0; r < rows; r++) {
     int p = static_cast<int>(Random_cl::iGlobalRandomizer.SampleUniform() * profiles);

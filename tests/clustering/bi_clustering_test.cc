@@ -93,7 +93,8 @@ TEST(BiClusteringTest, WindowsMatchBruteForceOnRandomMatrices) {
     int rows = 6, cols = 9, m = trial % 3;
     Matrix_sptr x(new Matrix_cl(rows, cols));
     for (int r = 0; r < rows; r++)
-      for (int c = 0; c < cols; c++) x->SetElement(r, c, static_cast<int>(Random_cl::iGlobalRandomizer.SampleUniform() * 3));
+      for (int c = 0; c < cols; c++)
+        x->SetElement(r, c, static_cast<int>(Random_cl::iGlobalRandomizer.SampleUniform() * 3));
     DoubleSet_tmpl<int>* cuts = Cuts({{1, 1}, {2, 1}});
     int minColumns = 2, minRows = 2;
     double maxAverage = 1.0;

@@ -33,11 +33,12 @@ class TestEdge_cl : public UEdge_tmpl<TestNode_cl> {
 };
 using TestGraph_cl = UndirectedGraph_tmpl<TestNode_cl, TestEdge_cl>;
 
-// Nodes named a, b, c, ... and the weighted edges given as "ab:1.5".
+// Nodes named a, b, c, ... and the weighted edges given as {"ab", 1.5}.
 ClusterGraph_cl* MakeRelation(int nodes, std::initializer_list<std::pair<const char*, double>> edges) {
   TestGraph_cl graph;
   for (int i = 0; i < nodes; i++) graph.AddNode(new TestNode_cl(i, std::string(1, char('a' + i)).c_str()));
-  for (auto& [pair, weight] : edges) graph.AddEdge(graph.GetNodeAt(pair[0] - 'a'), graph.GetNodeAt(pair[1] - 'a'))->iWeight = weight;
+  for (auto& [pair, weight] : edges)
+    graph.AddEdge(graph.GetNodeAt(pair[0] - 'a'), graph.GetNodeAt(pair[1] - 'a'))->iWeight = weight;
   return ClusterGraph_cl::FromGraph(graph);
 }
 
