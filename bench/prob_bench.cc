@@ -14,7 +14,8 @@ namespace {
 std::vector<SingleRv_sptr> Vars(int n, int size) {
   std::vector<SingleRv_sptr> vars;
   for (int i = 0; i < n; i++)
-    vars.push_back(new SingleRv_cl(Name_sptr(("v" + std::to_string(i)).c_str()), DomainFactory_cl::CreateIntegerDomain(0, size)));
+    vars.push_back(
+        new SingleRv_cl(Name_sptr(("v" + std::to_string(i)).c_str()), DomainFactory_cl::CreateIntegerDomain(0, size)));
   return vars;
 }
 
@@ -80,7 +81,8 @@ constexpr int kColumns = 8;
 std::vector<int> Rows() {
   Random_cl random(11);
   std::vector<int> rows(static_cast<size_t>(kRows) * kColumns);
-  for (int& cell : rows) cell = random.SampleUniform() < 0.01 ? kMissingRowValue : static_cast<int>(random.SampleUniform() * 4);
+  for (int& cell : rows)
+    cell = random.SampleUniform() < 0.01 ? kMissingRowValue : static_cast<int>(random.SampleUniform() * 4);
   return rows;
 }
 

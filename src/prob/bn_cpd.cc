@@ -42,22 +42,21 @@ void BnCpd_cl::DeleteParents(RvVector_sptr parents) {
 
 void BnCpd_cl::DeleteParent(SingleRv_sptr parent) { DeleteParents(new RvVector_cl(SingleVar_sptr(parent))); }
 
-double BnCpd_cl::GetMaxProb(int value) {
-  double most = 0.0;
+template <class Pick>
+double BnCpd_cl::FoldLines(int value, double start, Pick pick) {
   for (int i = 0; i < iNumLines; i++) {
     Cpd_sptr line = GetLine(i);
-    if (!line.IsNull()) most = std::max(most, line->GetValue(value));
+    if (!line.IsNull()) start = pick(start, line->GetValue(value));
   }
-  return most;
+  return start;
+}
+
+double BnCpd_cl::GetMaxProb(int value) {
+  return FoldLines(value, 0.0, [](double a, double b) { return std::max(a, b); });
 }
 
 double BnCpd_cl::GetMinProb(int value) {
-  double least = 1.0;
-  for (int i = 0; i < iNumLines; i++) {
-    Cpd_sptr line = GetLine(i);
-    if (!line.IsNull()) least = std::min(least, line->GetValue(value));
-  }
-  return least;
+  return FoldLines(value, 1.0, [](double a, double b) { return std::min(a, b); });
 }
 
 int BnCpd_cl::HasLineWithType(int type) {
@@ -71,7 +70,8 @@ int BnCpd_cl::GetLineIndex(InstVector_sptr inst) const {
   int line = 0;
   int strict = iAllVars->IsEqualStrict(inst);
   for (int i = 0; i < iDiscParents->GetNumberOfVars(); i++) {
-    SingleInst_sptr value = strict ? (*inst)[iDiscMapping->GetIndex(i)] : inst->GetInst(SingleVar_sptr(iDiscParents->GetRv(i)));
+    SingleInst_sptr value =
+        strict ? (*inst)[iDiscMapping->GetIndex(i)] : inst->GetInst(SingleVar_sptr(iDiscParents->GetRv(i)));
     if (value.IsNull() || !value->IsLegalValue()) {
       std::cerr << "BnCpd_cl::GetLine: parent " << iDiscParents->GetRv(i)->GetName()
                 << " has no legal value in the assignment" << std::endl;

@@ -58,6 +58,9 @@ class BnCpd_cl : public Cpd_cl {
   int GetLineIndex(InstVector_sptr inst) const;
 
  protected:
+  // Folds pick over the probability of a child value in each line that exists.
+  template <class Pick>
+  double FoldLines(int value, double start, Pick pick);
   // Recomputes the parent kinds, the vector of all variables, both mappings and the line count.
   void RebuildScopes();
 

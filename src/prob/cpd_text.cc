@@ -119,7 +119,8 @@ class Tokenizer {
       return t;
     }
     size_t start = iPos;
-    while (iPos < iText.size() && !std::isspace(static_cast<unsigned char>(iText[iPos])) && !IsMark(iText[iPos])) iPos++;
+    while (iPos < iText.size() && !std::isspace(static_cast<unsigned char>(iText[iPos])) && !IsMark(iText[iPos]))
+      iPos++;
     t.kind = WORD;
     t.text = iText.substr(start, iPos - start);
     return t;
@@ -226,8 +227,8 @@ class Parser {
       if (!child->IsDiscrete()) iTok.Fail(text.line, "a real child needs a gaussian line");
       int size = child->GetDomain()->GetDomainSize();
       if (static_cast<int>(text.cells.size()) != size)
-        iTok.Fail(text.line, "a line has " + std::to_string(text.cells.size()) + " values, the child has " +
-                                 std::to_string(size));
+        iTok.Fail(text.line,
+                  "a line has " + std::to_string(text.cells.size()) + " values, the child has " + std::to_string(size));
       Multinomial_sptr line = new Multinomial_cl(new RvVector_cl(SingleVar_sptr(child)), 0, 0);
       line->SetValues(text.cells.data(), size);
       return line;
@@ -352,7 +353,8 @@ class Parser {
     Domain_sptr domain = rv->GetDomain();
     if (!domain->IsDiscrete()) {
       double x = domain->ParseRealValue(text.c_str());
-      if (x == 1.7976931348623157e308) iTok.Fail(line, "illegal value \"" + text + "\" for " + rv->GetName()->GetText());
+      if (x == 1.7976931348623157e308)
+        iTok.Fail(line, "illegal value \"" + text + "\" for " + rv->GetName()->GetText());
       return new RealValue_cl(x);
     }
     int index = domain->ParseDiscreteValue(text.c_str());
@@ -395,7 +397,8 @@ class Parser {
       }
       node->SetSplit(split);
     }
-    for (size_t b = 0; b < text.children.size(); b++) Build(tree, node->GetChild(static_cast<int>(b)), *text.children[b]);
+    for (size_t b = 0; b < text.children.size(); b++)
+      Build(tree, node->GetChild(static_cast<int>(b)), *text.children[b]);
   }
 
   BnCpd_sptr ReadTree(const SingleRv_sptr& child, const RvVector_sptr& parents) {
@@ -411,7 +414,9 @@ class Parser {
 
 }  // namespace
 
-BnCpd_sptr CpdTextReader_cl::Read(const std::string& text, const RvVector_sptr& vars) { return Parser(text, vars).Parse(); }
+BnCpd_sptr CpdTextReader_cl::Read(const std::string& text, const RvVector_sptr& vars) {
+  return Parser(text, vars).Parse();
+}
 
 BnCpd_sptr CpdTextReader_cl::Read(std::istream& in, const RvVector_sptr& vars) {
   std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());

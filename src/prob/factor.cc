@@ -236,19 +236,25 @@ void Factor_cl::AverageOut(Factor_sptr other, FactorMapping_cl* mapping) {
   MultiplyBy(1.0 / mapping->GetNumPerSmall());
 }
 
-void Factor_cl::Minimize(Factor_sptr other, FactorMapping_cl* mapping) {
-  const double* big = other->iValues;
+namespace {
+
+// small[s] = the extreme of its big cells under pick, starting from the first of them.
+template <class Pick>
+void Extreme(double* small, const double* big, const FactorMapping_cl* mapping, Pick pick) {
   const int* first = mapping->GetFirst();
-  for (int s = 0; s < mapping->GetNumSmall(); s++) iValues[s] = big[first[s] + mapping->GetSecond()[0]];
-  ForEachPair(mapping, [&](int s, int b) { iValues[s] = std::min(iValues[s], big[b]); });
+  for (int s = 0; s < mapping->GetNumSmall(); s++) small[s] = big[first[s] + mapping->GetSecond()[0]];
+  ForEachPair(mapping, [&](int s, int b) { small[s] = pick(small[s], big[b]); });
+}
+
+}  // namespace
+
+void Factor_cl::Minimize(Factor_sptr other, FactorMapping_cl* mapping) {
+  Extreme(iValues, other->iValues, mapping, [](double a, double b) { return std::min(a, b); });
   ValueChange();
 }
 
 void Factor_cl::Maximize(Factor_sptr other, FactorMapping_cl* mapping) {
-  const double* big = other->iValues;
-  const int* first = mapping->GetFirst();
-  for (int s = 0; s < mapping->GetNumSmall(); s++) iValues[s] = big[first[s] + mapping->GetSecond()[0]];
-  ForEachPair(mapping, [&](int s, int b) { iValues[s] = std::max(iValues[s], big[b]); });
+  Extreme(iValues, other->iValues, mapping, [](double a, double b) { return std::max(a, b); });
   ValueChange();
 }
 

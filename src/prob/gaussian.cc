@@ -678,7 +678,11 @@ GaussianMsg_cl::GaussianMsg_cl(RvVector_sptr discrete, RvVector_sptr real)
 }
 
 GaussianMsg_cl::GaussianMsg_cl(const GaussianMsg_cl& other)
-    : Measure_cl(other), iRVs(other.iRVs), iDiscrete(other.iDiscrete), iReal(other.iReal), iCells(other.iCells.GetSize() + 1, nullptr) {
+    : Measure_cl(other),
+      iRVs(other.iRVs),
+      iDiscrete(other.iDiscrete),
+      iReal(other.iReal),
+      iCells(other.iCells.GetSize() + 1, nullptr) {
   for (int i = 0; i < other.iCells.GetSize(); i++) iCells.AddLast(new CanonicalGaussian_cl(*other.iCells[i]));
 }
 
@@ -700,8 +704,8 @@ double GaussianMsg_cl::GetValue(InstVector_sptr inst) {
   for (int i = 0; i < gaussian->GetRVs()->GetNumberOfVars(); i++) {
     SingleInst_sptr value = inst->GetInst(SingleVar_sptr(gaussian->GetRVs()->GetRv(i)));
     if (value.IsNull()) {
-      std::cerr << "GaussianMsg_cl: variable " << gaussian->GetRVs()->GetRv(i)->GetName()
-                << " is not in the assignment" << std::endl;
+      std::cerr << "GaussianMsg_cl: variable " << gaussian->GetRVs()->GetRv(i)->GetName() << " is not in the assignment"
+                << std::endl;
       abort();
     }
     x[i] = value->GetRealValue();
@@ -745,24 +749,24 @@ Factor_sptr GaussianMsg_cl::GetAsFactor(RvVector_sptr vars) {
   return Conv2Factor(all->ReduceTo(vars, Measure_sptr()));
 }
 
-Measure_sptr GaussianMsg_cl::ReduceTo(RvVector_sptr vars, Measure_sptr) {
-  RvVector_sptr real = iReal->GetIntersection(vars, 1);
+template <class Map>
+GaussianMsg_sptr GaussianMsg_cl::MapCells(RvVector_sptr real, Map map) const {
   GaussianMsg_sptr result = new GaussianMsg_cl(iDiscrete, real);
   for (int i = 0; i < iCells.GetSize(); i++) {
     delete result->iCells[i];
-    result->iCells[i] = iCells[i]->ReduceTo(real);
+    result->iCells[i] = map(iCells[i]);
   }
   return result;
 }
 
+Measure_sptr GaussianMsg_cl::ReduceTo(RvVector_sptr vars, Measure_sptr) {
+  RvVector_sptr real = iReal->GetIntersection(vars, 1);
+  return MapCells(real, [&](const CanonicalGaussian_cl* cell) { return cell->ReduceTo(real); });
+}
+
 Measure_sptr GaussianMsg_cl::Instantiate(InstVector_sptr inst, Measure_sptr) {
-  RvVector_sptr real = iReal->GetDifference(inst, 1);
-  GaussianMsg_sptr result = new GaussianMsg_cl(iDiscrete, real);
-  for (int i = 0; i < iCells.GetSize(); i++) {
-    delete result->iCells[i];
-    result->iCells[i] = iCells[i]->Instantiate(inst);
-  }
-  return result;
+  return MapCells(iReal->GetDifference(inst, 1),
+                  [&](const CanonicalGaussian_cl* cell) { return cell->Instantiate(inst); });
 }
 
 void GaussianMsg_cl::WriteFile(std::ostream& out) const {

@@ -51,8 +51,8 @@ class Gaussian_cl : public Distrib_cl {
   RvVector_sptr GetRVs() const override { return iRVs; }
   int GetNumVars() const { return iN; }
 
-  using Measure_cl::GetMean;
   using Measure_cl::GetCov;
+  using Measure_cl::GetMean;
   double GetMean(int i) override = 0;
   virtual void SetMean(int i, double value) = 0;
   double GetCov(int i, int j) override = 0;
@@ -65,8 +65,8 @@ class Gaussian_cl : public Distrib_cl {
   SqrMatrix_sptr GetCovMatrix();
   MatrixVector_sptr GetMeanVector();
 
-  using Measure_cl::GetValue;
   using Measure_cl::GetLogValue;
+  using Measure_cl::GetValue;
   // x in the scope's order.
   virtual double GetLogValue(const double* x);
   virtual double GetValue(const double* x);
@@ -253,6 +253,10 @@ class GaussianMsg_cl : public virtual Measure_cl {
   Factor_sptr GetAsFactor(RvVector_sptr vars);
 
  private:
+  // A message over the same discrete variables and the given real ones, each cell mapped from this one's.
+  template <class Map>
+  GaussianMsg_sptr MapCells(RvVector_sptr real, Map map) const;
+
   RvVector_sptr iRVs;
   RvVector_sptr iDiscrete;
   RvVector_sptr iReal;

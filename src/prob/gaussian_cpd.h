@@ -40,7 +40,9 @@ class GaussianCpd_cl : public Cpd_cl {
   void WriteFile(std::ostream& out) const override;
   // The same at that indentation, closed by ";" and a line end.
   void WriteFile(std::ostream& out, int indent) const override;
-  int GetStorageSize(int) const override { return static_cast<int>(sizeof(*this) + sizeof(double) * iWeights.GetSize()); }
+  int GetStorageSize(int) const override {
+    return static_cast<int>(sizeof(*this) + sizeof(double) * iWeights.GetSize());
+  }
 
   double GetMean() const { return iMean; }
   void SetMean(double mean) { iMean = mean; }

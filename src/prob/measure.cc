@@ -56,8 +56,8 @@ InstVector_sptr Measure_cl::FillEmptyInst(InstVector_sptr inst, RvMapping_sptr m
   for (int i = 0; i < scope->GetNumberOfVars(); i++) {
     int at = mapping->GetIndex(i);
     if (at < 0) {
-      std::cerr << "Measure_cl::FillEmptyInst: variable " << scope->GetRv(i)->GetName()
-                << " is not in the assignment" << std::endl;
+      std::cerr << "Measure_cl::FillEmptyInst: variable " << scope->GetRv(i)->GetName() << " is not in the assignment"
+                << std::endl;
       abort();
     }
     (*iScratchInst)[i]->SetValue((*inst)[at]);

@@ -92,7 +92,9 @@ class Measure_cl : public RefCount_cl {
   virtual double GetMean(int i);
   virtual double GetCov(int i, int j);
   double GetMean(SingleRv_sptr rv) { return GetMean(GetRVs()->GetFirstEntry(rv)); }
-  double GetCov(SingleRv_sptr a, SingleRv_sptr b) { return GetCov(GetRVs()->GetFirstEntry(a), GetRVs()->GetFirstEntry(b)); }
+  double GetCov(SingleRv_sptr a, SingleRv_sptr b) {
+    return GetCov(GetRVs()->GetFirstEntry(a), GetRVs()->GetFirstEntry(b));
+  }
   virtual InstVector_sptr GetInsts() const { return InstVector_sptr(); }
   virtual void LinearCombination(Measure_sptr other, double a, double b, double c, double d, int normaliseThis,
                                  int normaliseOther, int normaliseResult);

@@ -41,9 +41,7 @@ class Multinomial_cl : public Factor_cl, public Distrib_cl, public Cpd_cl {
   void WriteFile(std::ostream& out) const override;
   // The row at that indentation, closed by ";" and a line end: the leaf form of the CPD text.
   void WriteFile(std::ostream& out, int indent) const override;
-  int GetStorageSize(int recursive) const override {
-    return static_cast<int>(sizeof(*this) + sizeof(double) * iSize);
-  }
+  int GetStorageSize(int recursive) const override { return static_cast<int>(sizeof(*this) + sizeof(double) * iSize); }
 };
 
 #endif

@@ -28,7 +28,9 @@ class SparseFactor_cl : public virtual Measure_cl {
   int GetType() const override { return SPARSE_FACTOR; }
   int DoesInheritFrom(int type) const override { return type == SPARSE_FACTOR || Measure_cl::DoesInheritFrom(type); }
   using Measure_cl::GetValue;
-  double GetValue(InstVector_sptr inst) override { return GetValue(FillEmptyInst(inst, RvMapping_sptr())->GetLongIndex()); }
+  double GetValue(InstVector_sptr inst) override {
+    return GetValue(FillEmptyInst(inst, RvMapping_sptr())->GetLongIndex());
+  }
   // Multiplies the stored cells by z over their sum; returns the reciprocal of the multiplier.
   double Normalize(double z) override;
   // "SparseFactor_cl: " and the scope, then "line=<key> <assignment> val=<value>" per stored cell.

@@ -129,7 +129,8 @@ int EQRVClause_cl::Test(const InstVector_sptr& inst, const RvMapping_sptr& mappi
 }
 
 void EQRVClause_cl::Print(std::ostream& out, const RvVector_sptr& parents) const {
-  out << "(" << parents->GetRv(iPositions[0])->GetName() << " equal " << parents->GetRv(iPositions[1])->GetName() << ")";
+  out << "(" << parents->GetRv(iPositions[0])->GetName() << " equal " << parents->GetRv(iPositions[1])->GetName()
+      << ")";
 }
 
 void EQRVClause_cl::PrintBranchCondition(std::ostream& out, const RvVector_sptr& parents, int branch) const {
@@ -146,8 +147,10 @@ ValueConditionClause_cl::ValueConditionClause_cl(int position, const Domain_sptr
       iReal(0.0),
       iComparison(comparison),
       iDirection(direction) {
-  if (domain->IsDiscrete()) iValueIndex = domain->ValueToIndex(value);
-  else iReal = static_cast<const RealValue_cl*>(value)->GetValue();
+  if (domain->IsDiscrete())
+    iValueIndex = domain->ValueToIndex(value);
+  else
+    iReal = static_cast<const RealValue_cl*>(value)->GetValue();
 }
 
 ValueConditionClause_cl::ValueConditionClause_cl(const ValueConditionClause_cl& other)
@@ -313,5 +316,6 @@ void ConditionSplitTest_cl::GetReducedDomain(int position, int branch, DomainSub
 
 void ConditionSplitTest_cl::RemapPositions(const Vector_tmpl<int>& map) {
   for (int i = 0; i < iClauses.GetSize(); i++)
-    for (int k = 0; k < iClauses[i]->GetNumTestRvs(); k++) iClauses[i]->SetPosition(k, map[iClauses[i]->GetPosition(k)]);
+    for (int k = 0; k < iClauses[i]->GetNumTestRvs(); k++)
+      iClauses[i]->SetPosition(k, map[iClauses[i]->GetPosition(k)]);
 }

@@ -31,7 +31,9 @@ double TableCpd_cl::GetValue(InstVector_sptr inst) {
   return GetLine(inst, 0)->GetValueOfSuperset(inst, RvMapping_sptr());
 }
 
-void TableCpd_cl::Sample(Sample_sptr const& sample) { GetLine(sample, 0)->SampleIntoSuperset(sample, RvMapping_sptr()); }
+void TableCpd_cl::Sample(Sample_sptr const& sample) {
+  GetLine(sample, 0)->SampleIntoSuperset(sample, RvMapping_sptr());
+}
 
 int TableCpd_cl::IsDeterministic() const {
   for (int i = 0; i < iLines.GetSize(); i++)
@@ -85,9 +87,12 @@ void TableCpd_cl::WriteFile(std::ostream& out) const {
   out << "probability (" << iChild->GetName();
   for (int i = 0; i < iParents->GetNumberOfVars(); i++) {
     int real = !iParents->GetRv(i)->IsDiscrete();
-    if (i == 0) out << (real ? " | ; " : " | ");
-    else if (real && iParents->GetRv(i - 1)->IsDiscrete()) out << "; ";
-    else out << ", ";
+    if (i == 0)
+      out << (real ? " | ; " : " | ");
+    else if (real && iParents->GetRv(i - 1)->IsDiscrete())
+      out << "; ";
+    else
+      out << ", ";
     out << iParents->GetRv(i)->GetName();
   }
   out << ")\n";
@@ -98,8 +103,10 @@ void TableCpd_cl::WriteTable(std::ostream& out) const {
   out << "{\n";
   for (int line = 0; line < iNumLines; line++) {
     iDiscParents->WriteCpdStyle(out, line);
-    if (iLines[line].IsNull()) out << "null";
-    else iLines[line]->WriteFile(out);
+    if (iLines[line].IsNull())
+      out << "null";
+    else
+      iLines[line]->WriteFile(out);
     out << ";\n";
   }
   out << "}";

@@ -97,7 +97,8 @@ void TreeCpdNode_cl::SetCpd(Cpd_sptr cpd) {
 }
 
 void TreeCpdNode_cl::RebuildMapping() {
-  iMapping = iCpd.IsNull() ? RvMapping_sptr() : RvMapping_sptr(new RvMapping_cl(*iCpd->GetRVs(), *iGraph->GetAllVars(), 0));
+  iMapping =
+      iCpd.IsNull() ? RvMapping_sptr() : RvMapping_sptr(new RvMapping_cl(*iCpd->GetRVs(), *iGraph->GetAllVars(), 0));
 }
 
 void TreeCpdNode_cl::AddEQConjCondition(SingleRv_sptr first, SingleRv_sptr second) {
@@ -179,8 +180,10 @@ Name_sptr TreeCpdNode_cl::GetHashValue() {
     int items = condition ? condition->GetNumClauses() : 1;
     for (int i = 0; i < items; i++) {
       std::ostringstream text;
-      if (condition) condition->GetClause(i)->PrintBranchCondition(text, parents, branch);
-      else parent->iSplit->PrintBranchCondition(text, parents, branch);
+      if (condition)
+        condition->GetClause(i)->PrintBranchCondition(text, parents, branch);
+      else
+        parent->iSplit->PrintBranchCondition(text, parents, branch);
       conditions.push_back(text.str());
     }
   }
@@ -418,8 +421,10 @@ void TreeCpd_cl::DeleteParents(RvVector_sptr parents) {
                 << std::endl;
       abort();
     }
-    if (split->GetSplitType() == CONDITION_SPLIT) static_cast<ConditionSplitTest_cl*>(split)->RemapPositions(map);
-    else static_cast<DomainSplitTest_cl*>(split)->SetPosition(map[split->GetTestPosition()]);
+    if (split->GetSplitType() == CONDITION_SPLIT)
+      static_cast<ConditionSplitTest_cl*>(split)->RemapPositions(map);
+    else
+      static_cast<DomainSplitTest_cl*>(split)->SetPosition(map[split->GetTestPosition()]);
   }
   BnCpd_cl::DeleteParents(parents);
   SyncGraph();
@@ -449,8 +454,8 @@ TreeCpdNode_cl* TreeCpd_cl::FindNode(InstVector_sptr inst, RvMapping_sptr mappin
 namespace {
 
 [[noreturn]] void NoLeaf(const SingleRv_sptr& child, const char* operation) {
-  std::cerr << "TreeCpd_cl::" << operation << ": no leaf distribution of " << child->GetName()
-            << " for the assignment" << std::endl;
+  std::cerr << "TreeCpd_cl::" << operation << ": no leaf distribution of " << child->GetName() << " for the assignment"
+            << std::endl;
   abort();
 }
 
@@ -493,9 +498,7 @@ void TreeCpd_cl::SetLine(InstVector_sptr inst, Cpd_sptr cpd, int copy) {
   leaf->SetCpd(copy && !cpd.IsNull() ? Conv2Cpd(cpd->Copy()) : cpd);
 }
 
-void TreeCpd_cl::SetLine(int line, Cpd_sptr cpd, int copy) {
-  SetLine(ParentAssignment(line), cpd, copy);
-}
+void TreeCpd_cl::SetLine(int line, Cpd_sptr cpd, int copy) { SetLine(ParentAssignment(line), cpd, copy); }
 
 int TreeCpd_cl::GetNumParams() const {
   return GetNumLeafs() * (iChild->IsDiscrete() ? iChild->GetDomain()->GetDomainSize() - 1 : 2);
@@ -524,8 +527,10 @@ void TreeCpd_cl::AddGTESplit(TreeCpdNode_cl* node, SingleRv_sptr rv, Value_cl* v
 void TreeCpd_cl::WriteFile(std::ostream& out) const {
   out << "probability(" << iChild->GetName();
   if (iParents->GetNumberOfVars() > 0) out << " |";
-  for (int i = 0; i < iDiscParents->GetNumberOfVars(); i++) out << (i ? ", " : " ") << iDiscParents->GetRv(i)->GetName();
-  for (int i = 0; i < iRealParents->GetNumberOfVars(); i++) out << (i ? ", " : "; ") << iRealParents->GetRv(i)->GetName();
+  for (int i = 0; i < iDiscParents->GetNumberOfVars(); i++)
+    out << (i ? ", " : " ") << iDiscParents->GetRv(i)->GetName();
+  for (int i = 0; i < iRealParents->GetNumberOfVars(); i++)
+    out << (i ? ", " : "; ") << iRealParents->GetRv(i)->GetName();
   out << ") tree\n";
   iRoot->WriteFile(out, 0);
 }
@@ -536,8 +541,10 @@ void TreeCpd_cl::WriteTable(std::ostream& out) const {
   for (int row = 0; row < rows; row++) {
     iParents->WriteCpdStyle(out, row);
     TreeCpdNode_cl* leaf = FindLeaf(ParentAssignment(row));
-    if (!leaf || leaf->iCpd.IsNull()) out << "null";
-    else leaf->iCpd->WriteFile(out);
+    if (!leaf || leaf->iCpd.IsNull())
+      out << "null";
+    else
+      leaf->iCpd->WriteFile(out);
     out << ";\n";
   }
   out << "}\n";

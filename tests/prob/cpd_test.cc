@@ -1,7 +1,5 @@
 // Table and tree CPDs: tree evaluation against an equivalent table, the fast road of every split
 // test with missing values, node order and names, checks, and the CPD text format both ways.
-#include "prob/tree_cpd.h"
-
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -14,6 +12,7 @@
 #include "prob/gaussian_cpd.h"
 #include "prob/multinomial.h"
 #include "prob/table_cpd.h"
+#include "prob/tree_cpd.h"
 
 namespace {
 
@@ -388,14 +387,17 @@ TEST(CpdText, FaultsNameTheLineAndWhatWasWrong) {
   EXPECT_DEATH(read("probability (y)\n{\n 0.5, 0.5;\n} extra"),
                "^CpdTextReader_cl line 4: unexpected 'extra' after the CPD\n$");
   EXPECT_DEATH(read("probability (x)\n{\n 0.5;\n}"), "^CpdTextReader_cl line 3: a real child needs a gaussian line\n$");
-  EXPECT_DEATH(read("probability(y | a) tree\n{ split on condition ( (b = \"1\") ) {\n false { null; } true { null; } } }"),
-               "^CpdTextReader_cl line 2: variable 'b' is not a parent\n$");
-  EXPECT_DEATH(read("probability(y | a) tree\n{ split on condition ( (a = \"7\") ) {\n false { null; } true { null; } } }"),
-               "^CpdTextReader_cl line 2: illegal value \"7\" for a\n$");
+  EXPECT_DEATH(
+      read("probability(y | a) tree\n{ split on condition ( (b = \"1\") ) {\n false { null; } true { null; } } }"),
+      "^CpdTextReader_cl line 2: variable 'b' is not a parent\n$");
+  EXPECT_DEATH(
+      read("probability(y | a) tree\n{ split on condition ( (a = \"7\") ) {\n false { null; } true { null; } } }"),
+      "^CpdTextReader_cl line 2: illegal value \"7\" for a\n$");
   EXPECT_DEATH(read("probability(y | a) tree\n{ split on condition ( (a = \"1) ) {"),
                "^CpdTextReader_cl line 2: a quoted value has no closing quotation mark\n$");
   EXPECT_DEATH(read("probability (y | a, a)\n{"), "^CpdTextReader_cl line 1: variable 'a' appears twice\n$");
-  EXPECT_DEATH(read("probability (y)\n{\n 0.5, 0.5;\n"), "^CpdTextReader_cl line 4: expected '}', found the end of the text\n$");
+  EXPECT_DEATH(read("probability (y)\n{\n 0.5, 0.5;\n"),
+               "^CpdTextReader_cl line 4: expected '}', found the end of the text\n$");
   std::string deep = "probability(y) tree\n";
   for (int i = 0; i < 1500; i++) deep += "{ split on condition ( (y = \"1\") ) {\n false ";
   EXPECT_DEATH(CpdTextReader_cl::Read(deep, known), "tree nodes nest deeper than 1000\n$");

@@ -114,12 +114,14 @@ TEST(Factor, ProductAndMarginalMatchBruteForceOverRandomScopes) {
     std::map<std::vector<int>, double> expected;
     ForAll(VarsOf(product->GetRVs()), [&](std::map<int, int>& v) {
       std::vector<int> key;
-      for (int i = 0; i < marginal->GetRVs()->GetNumberOfVars(); i++) key.push_back(v[marginal->GetRVs()->GetRv(i)->GetId()]);
+      for (int i = 0; i < marginal->GetRVs()->GetNumberOfVars(); i++)
+        key.push_back(v[marginal->GetRVs()->GetRv(i)->GetId()]);
       expected[key] += At(product, pool.vars, v);
     });
     ForAll(VarsOf(marginal->GetRVs()), [&](std::map<int, int>& v) {
       std::vector<int> key;
-      for (int i = 0; i < marginal->GetRVs()->GetNumberOfVars(); i++) key.push_back(v[marginal->GetRVs()->GetRv(i)->GetId()]);
+      for (int i = 0; i < marginal->GetRVs()->GetNumberOfVars(); i++)
+        key.push_back(v[marginal->GetRVs()->GetRv(i)->GetId()]);
       ASSERT_NEAR(At(marginal, pool.vars, v), expected[key], 1e-9);
     });
     EXPECT_NEAR(marginal->GetEntriesSum(), product->GetEntriesSum(), 1e-9);
@@ -133,12 +135,14 @@ TEST(Factor, MappingOperationsFollowTheirCellRules) {
     RvVector_sptr bigScope = pool.Scope(RandomSubset(random, 4, 2));
     // Unsorted big scope: the mapping must not rely on id order.
     Factor_sptr big = new Factor_cl(bigScope, 0, 0);
-    for (int i = 0; i < big->GetSize(); i++) big->SetValue(random.SampleUniform() < 0.2 ? 0.0 : random.SampleUniform(), i);
+    for (int i = 0; i < big->GetSize(); i++)
+      big->SetValue(random.SampleUniform() < 0.2 ? 0.0 : random.SampleUniform(), i);
     std::vector<int> smallIdx = RandomSubset(random, bigScope->GetNumberOfVars(), 1);
     RvVector_sptr smallScope = new RvVector_cl();
     for (int i : smallIdx) smallScope->AddLast(bigScope->GetRv(i));
     Factor_sptr small = new Factor_cl(smallScope, 0, 0);
-    for (int i = 0; i < small->GetSize(); i++) small->SetValue(random.SampleUniform() < 0.3 ? 0.0 : random.SampleUniform(), i);
+    for (int i = 0; i < small->GetSize(); i++)
+      small->SetValue(random.SampleUniform() < 0.3 ? 0.0 : random.SampleUniform(), i);
     FactorMapping_cl mapping(smallScope, bigScope);
     ASSERT_EQ(mapping.GetNumSmall() * mapping.GetNumPerSmall(), big->GetSize());
 
@@ -352,7 +356,8 @@ TEST(Multinomial, SamplingFrequenciesFollowTheTable) {
     ASSERT_DOUBLE_EQ(s->GetProb(), cells[(*s)[0]->GetIndex()]);
   }
   EXPECT_EQ(counts[2], 0);
-  for (int i = 0; i < 4; i++) EXPECT_NEAR(counts[i], n * cells[i], 5.0 * std::sqrt(n * cells[i] * (1 - cells[i])) + 1e-9);
+  for (int i = 0; i < 4; i++)
+    EXPECT_NEAR(counts[i], n * cells[i], 5.0 * std::sqrt(n * cells[i] * (1 - cells[i])) + 1e-9);
 
   // The same seed gives the same generator and the same draws.
   Measure_cl::SetGlobalRandSeed(12345);

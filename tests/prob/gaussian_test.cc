@@ -2,12 +2,12 @@
 // form both ways, learning, KL distances, bounded domains, sampling and Gaussian messages.
 #include "prob/gaussian.h"
 
-#include <eigen3/Eigen/Dense>
 #include <gsl/gsl_linalg.h>
 #include <gsl/gsl_randist.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <eigen3/Eigen/Dense>
 #include <vector>
 
 namespace {
@@ -162,8 +162,8 @@ TEST(CanonicalGaussian, ConversionsBothWaysAndOperationsAgreeWithMoments) {
   yzVars->AddLast(f.y);
   yzVars->AddLast(f.z);
   double yzPoint[] = {0.4, 1.9};
-  EXPECT_NEAR(fixed->GetWeight(), std::exp(Conv2FullGaussian(g->ReduceTo(yzVars, Measure_sptr()))->GetLogValue(yzPoint)),
-              1e-12);
+  EXPECT_NEAR(fixed->GetWeight(),
+              std::exp(Conv2FullGaussian(g->ReduceTo(yzVars, Measure_sptr()))->GetLogValue(yzPoint)), 1e-12);
   delete fixed;
 }
 
