@@ -248,7 +248,9 @@ TEST(KmeansTest, RecoversPlantedGroups) {
     delete clusters;
     Vector_tmpl<int>* order = engine.GetClusterOrder();
     for (int i = 1; i < order->GetSize(); i++)
-      if (i % 15) EXPECT_EQ((*order)[i] % 3, (*order)[i - 1] % 3);
+      if (i % 15) {
+        EXPECT_EQ((*order)[i] % 3, (*order)[i - 1] % 3);
+      }
     delete order;
   }
 }
