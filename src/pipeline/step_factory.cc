@@ -16,6 +16,7 @@
 #include "data/vorn_step_print.h"
 #include "data/vorn_step_print_microarray.h"
 #include "data/vorn_step_randomize.h"
+#include "eval/vorn_step_eval_attributes.h"
 #include "module/vorn_step_dummy.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_step_loop.h"
@@ -56,7 +57,7 @@ const StepType kStepTypes[] = {
     {"Print", Make<VornStepPrint_cl>},
     {"EM", nullptr},  // VornStepEM_cl
     {"PrintMicroarray", Make<VornStepPrintMicroarray_cl>},
-    {"EvalAttributes", nullptr},  // VornStepEvalAttributes_cl
+    {"EvalAttributes", Make<VornStepEvalAttributes_cl>},
     {"Randomize", Make<VornStepRandomize_cl>},
     {"EvalClusters", nullptr},  // VornStepEvalClusters_cl
     {"Structure", nullptr},  // VornStepStructure_cl
