@@ -17,6 +17,7 @@
 #include "data/vorn_step_print_microarray.h"
 #include "data/vorn_step_randomize.h"
 #include "eval/vorn_step_eval_attributes.h"
+#include "export/vorn_step_tarsil.h"
 #include "module/vorn_step_dummy.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_step_loop.h"
@@ -77,7 +78,7 @@ const StepType kStepTypes[] = {
     {"ExhaustiveModelSampling", nullptr},  // StepExhaustiveModelSampling_cl
     {"GenerateMapping", nullptr},  // VornStepGenerateMapping_cl
     {"CompareWeightMatrices", nullptr},  // StepCompareWeightMatrices_cl
-    {"Tarsil", nullptr},  // VornStepTarsil_cl
+    {"Tarsil", Make<VornStepTarsil_cl>},
     {"UpdateWeightMatrixPartitionFunction", nullptr},  // StepUpdateWeightMatrixPartitionFunction_cl
     {"Init", nullptr},  // VornStepInit_cl
     {"LearnWeightMatrixParameters", nullptr},  // StepLearnWeightMatrixParameters_cl
