@@ -10,6 +10,7 @@
 #include "pipeline/enum_converter.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
+#include "sequence/output_file.h"
 
 const char* LOAD_ATTRIBUTES_TYPE_STR[LOAD_ATTRIBUTES_TYPE_NUM] = {"FromFile",
                                                                   "FromMicroarray",
@@ -78,11 +79,8 @@ void VornStepLoadAttributes_cl::Store(SpeciesAttributes_cl* values, VornAttribut
   data->AddAttributeGroup(iMicroarrayName, values, group->GetType());
   if (iOutputFile.IsNull()) return;
   Name_sptr file = iRun->Resolve(iOutputFile);
-  std::ofstream out(file->GetText());
-  if (!out) {
-    std::cerr << kCaller << " Cannot write file " << file << std::endl;
-    abort();
-  }
+  std::ofstream out;
+  OpenOutputFile(out, file, kCaller);
   data->GetAttributes(iMicroarrayName, group->GetType())->Write(out, nullptr);
 }
 

@@ -12,6 +12,7 @@
 #include "pipeline/enum_converter.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
+#include "sequence/output_file.h"
 
 const char* PRINT_TYPE_STR[PRINT_TYPE_NUM] = {"Microarray", "Attributes",    "MetaGeneMapping",
                                               "Motifs",     "PrintClusters", "Cpd"};
@@ -38,11 +39,8 @@ void VornStepPrint_cl::Run() {
   if (iOutputFile.IsNull()) return;
   VornData_cl* data = iRun->GetData();
   Name_sptr file = iRun->Resolve(iOutputFile);
-  std::ofstream out(file->GetText());
-  if (!out) {
-    std::cerr << kCaller << " Cannot write file " << file << std::endl;
-    abort();
-  }
+  std::ofstream out;
+  OpenOutputFile(out, file, kCaller);
   switch (iPrintType) {
     case PRINT_MICROARRAY:
       data->FindMicroarray(iMicroarrayName, kCaller)->WriteFile(out, nullptr, nullptr);

@@ -101,35 +101,30 @@ void ModuleGraph_cl::AddUnMarkedParents(Vector_tmpl<ModuleGraphNode_cl*>& stack,
   }
 }
 
-int ModuleGraph_cl::DoesPathExist(int from, int to) {
-  ModuleGraphNode_cl* start = GetNode(to);
-  ModuleGraphNode_cl* goal = GetNode(from);
-  if (!start || !goal) return 0;
+int ModuleGraph_cl::SearchUpward(ModuleGraphNode_cl* start, const std::function<int(ModuleGraphNode_cl*)>& found) {
   UnMarkAllNodes();
   Vector_tmpl<ModuleGraphNode_cl*> stack(16, nullptr);
   stack.AddLast(start);
   while (stack.GetSize() > 0) {
     ModuleGraphNode_cl* node = stack.GetLast();
     stack.RemoveLastElement();
-    if (node == goal) return 1;
+    if (found(node)) return 1;
     AddUnMarkedParents(stack, node);
   }
   return 0;
 }
 
+int ModuleGraph_cl::DoesPathExist(int from, int to) {
+  ModuleGraphNode_cl* start = GetNode(to);
+  ModuleGraphNode_cl* goal = GetNode(from);
+  if (!start || !goal) return 0;
+  return SearchUpward(start, [goal](ModuleGraphNode_cl* node) { return node == goal; });
+}
+
 int ModuleGraph_cl::IsAcyclic(Name_sptr name) {
   ModuleGraphNode_cl* start = GetNode(Parent2Node(name));
   if (!start) return 1;
-  UnMarkAllNodes();
-  Vector_tmpl<ModuleGraphNode_cl*> stack(16, nullptr);
-  stack.AddLast(start);
-  while (stack.GetSize() > 0) {
-    ModuleGraphNode_cl* node = stack.GetLast();
-    stack.RemoveLastElement();
-    if (node->GetParentNames().GetEntry(name) == 1) return 0;
-    AddUnMarkedParents(stack, node);
-  }
-  return 1;
+  return !SearchUpward(start, [&name](ModuleGraphNode_cl* node) { return node->GetParentNames().GetEntry(name) == 1; });
 }
 
 void ModuleGraph_cl::BuildGraph() {

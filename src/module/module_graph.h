@@ -2,6 +2,7 @@
 #ifndef VORN_MODULE_MODULE_GRAPH_H
 #define VORN_MODULE_MODULE_GRAPH_H
 
+#include <functional>
 #include <ostream>
 
 #include "data/species_attributes.h"
@@ -56,6 +57,8 @@ class ModuleGraph_cl : public DirectedGraph_tmpl<ModuleGraphNode_cl, ModuleGraph
  private:
   static void SetFlag(NameSet_tmpl<int>& set, Name_sptr name, int value);
   void AddUnMarkedParents(Vector_tmpl<ModuleGraphNode_cl*>& stack, ModuleGraphNode_cl* node);
+  // Walks from the start up the regulator links, each module once, until found says yes.
+  int SearchUpward(ModuleGraphNode_cl* start, const std::function<int(ModuleGraphNode_cl*)>& found);
   // Walks down from the node with the assignment; an undecided test takes branch 0.
   TreeCpdNode_cl* WalkToLeaf(TreeCpdNode_cl* node, const InstVector_sptr& assignment) const;
   // The mean and variance of the leaf's Gaussian, or 0.0 and 0.0.

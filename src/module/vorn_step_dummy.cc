@@ -9,6 +9,7 @@
 #include "module/module_graph.h"
 #include "module/vorn.h"
 #include "pipeline/vorn_run.h"
+#include "sequence/output_file.h"
 
 namespace {
 const char kCaller[] = "VornStepDummy_cl::Run";
@@ -33,10 +34,7 @@ void VornStepDummy_cl::Run() {
                        data->GetSpecies(iMicroarrayName)->GetGeneAttributes());
   if (iOutputFile.IsNull()) return;
   Name_sptr file = iRun->Resolve(iOutputFile);
-  std::ofstream out(file->GetText());
-  if (!out) {
-    std::cerr << kCaller << " Cannot write file " << file << std::endl;
-    abort();
-  }
+  std::ofstream out;
+  OpenOutputFile(out, file, kCaller);
   graph.Sample(out, 5000, 50);
 }
