@@ -37,7 +37,6 @@ VornStepCluster_cl::VornStepCluster_cl(PropertyTreeIter_cl* iter, VornRun_cl* ru
   if (iInputType == CLUSTER_INPUT_ATTRIBUTES) StopNotBuilt("Cluster with InputType Attributes is not built yet");
   if (iOutputFormat == CLUSTER_OUTPUT_ATTRIBUTES)
     StopNotBuilt("Cluster with OutputFormat Attributes is not built yet");
-  if (iOutputFormat == CLUSTER_OUTPUT_TARSIL) StopNotBuilt("Cluster with OutputFormat Tarsil is not built yet");
   if (iOutputFormat == CLUSTER_OUTPUT_CLUSTERS) StopNotBuilt("Cluster with OutputFormat Clusters is not built yet");
   if (!iter->GetProperty("AttributeGroup").IsNull()) StopNotBuilt("Cluster with AttributeGroup is not built yet");
   PropertyTreeIter_cl* child = iter->Clone();
@@ -83,7 +82,8 @@ void VornStepCluster_cl::Run() {
 }
 
 void VornStepCluster_cl::WriteFile() {
-  if (iOutputFile.IsNull()) return;
+  // The viewer file of a Tarsil clustering is written by the Tarsil step, not here.
+  if (iOutputFile.IsNull() || iOutputFormat == CLUSTER_OUTPUT_TARSIL) return;
   Name_sptr file = iRun->Resolve(iOutputFile);
   if (iOutputFormat == CLUSTER_OUTPUT_TREE_VIEW) {
     iClustering->PrintTreeView(file, &iGeneNames, &iMicroarray->GetExperimentNames());
