@@ -149,10 +149,10 @@ void SequenceManager_cl::TraverseSubSeqs(Sequence_cl::SubSeqServiceType_cl type,
     Sequence_cl* sequence = *it;
     SubSequencesParamsAndOutput_cl mine = request;
     mine.iMask = masks && index < masks->GetSize() ? (*masks)[index] : nullptr;
-    // Sized for the expected number of windows, so that the hash seldom grows.
+    // Twice the expected number of windows, so that at the load of 0.5 the hash never grows.
     int step = request.iStep > 0 ? request.iStep : 1;
     int expected = (sequence->GetLength() / step + 1) * (request.iBothStrands ? 2 : 1);
-    Sequence2IndexVecs_cl windows(type == Sequence_cl::GET_MISMATCHED_SUB_SEQUENCES_COUNT ? 1 : expected);
+    Sequence2IndexVecs_cl windows(type == Sequence_cl::GET_MISMATCHED_SUB_SEQUENCES_COUNT ? 1 : 2 * expected);
     mine.iOutput = &windows;
     sequence->PerformSubSeqService(type, &mine);
     visit(index, &windows, mine.iCount);

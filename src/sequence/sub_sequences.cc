@@ -3,7 +3,8 @@
 
 void SequencePositionsVecPair_cl::AddPosition(int position, bool reverse) {
   Vector_tmpl<int>*& positions = reverse ? iReverse : iForward;
-  if (!positions) positions = new Vector_tmpl<int>(10, -1);
+  // Most windows of a sequence occur once: start small.
+  if (!positions) positions = new Vector_tmpl<int>(2, -1);
   positions->AddLast(position);
 }
 
