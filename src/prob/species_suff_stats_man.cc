@@ -1,6 +1,7 @@
 // The statistics manager of one species on complete data: family and matrix queries, and the split sweeps of tree learning.
 #include "prob/species_suff_stats_man.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
@@ -171,29 +172,29 @@ void SpeciesSuffStatsMan_cl::PrepareSplitCache(const MatrixFilter_cl* filter, in
   iCache.iStart[split.size()] = static_cast<int>(at);
 }
 
-MomentsTableSuffStats_cl* SpeciesSuffStatsMan_cl::ComputeStatsSplit(const MatrixFilter_cl* filter, int attribute,
-                                                                    int values, AttributeGroupType_cl type,
-                                                                    Vector_tmpl<int>* counts,
-                                                                    Vector_tmpl<Vector_tmpl<int>*>& objects) {
-  int splitRows = type == 1;
-  SpeciesAttributes_cl* attributes = splitRows ? iGeneAttributes : iExperimentAttributes;
-  PrepareSplitCache(filter, splitRows);
-  auto* table = new MomentsTableSuffStats_cl(values);
-  ResetMomentsArrays(values);
-  counts->RemoveAll();
-  counts->AddLast(values, 0);
-  const std::vector<int>& split = splitRows ? iCache.iRows : iCache.iColumns;
+template <class BucketOf>
+void SpeciesSuffStatsMan_cl::AssignBuckets(SpeciesAttributes_cl* attributes, int attribute, BucketOf bucketOf,
+                                           Vector_tmpl<Vector_tmpl<int>*>& objects, Vector_tmpl<int>* counts) {
+  const std::vector<int>& split = iCache.iSplitRows ? iCache.iRows : iCache.iColumns;
+  const Matrix_cl* values = attributes->GetMatrix().Get();
+  iBuckets.resize(split.size());
+  for (size_t i = 0; i < split.size(); i++) {
+    int bucket = bucketOf(values->GetRow(split[i])[attribute]);
+    iBuckets[i] = bucket;
+    if (bucket < 0) continue;
+    objects[bucket]->AddLast(split[i]);
+    if (counts) (*counts)[bucket]++;
+  }
+}
+
+MomentsTableSuffStats_cl* SpeciesSuffStatsMan_cl::SweepMoments(int buckets) {
+  auto* table = new MomentsTableSuffStats_cl(buckets);
+  ResetMomentsArrays(buckets);
   const double* cells = iCache.iCells.data();
   const int* start = iCache.iStart.data();
-  const Matrix_cl* attributeMatrix = attributes->GetMatrix().Get();
-  for (size_t i = 0; i < split.size(); i++) {
-    int object = split[i];
-    double value = attributeMatrix->GetRow(object)[attribute];
-    // Out-of-range values, the missing mark among them, would index past the buckets.
-    if (!(value > -1.0 && value < values)) continue;
-    int bucket = static_cast<int>(value);
-    objects[bucket]->AddLast(object);
-    (*counts)[bucket]++;
+  for (size_t i = 0; i < iBuckets.size(); i++) {
+    int bucket = iBuckets[i];
+    if (bucket < 0) continue;
     // Sums run in the same order as cell by cell over the matrix, so the bits are the same;
     // the weight is a count, exact in a double, so it is added at once.
     double s = iSums[bucket], ss = iSumSquares[bucket];
@@ -206,7 +207,75 @@ MomentsTableSuffStats_cl* SpeciesSuffStatsMan_cl::ComputeStatsSplit(const Matrix
     iSumSquares[bucket] = ss;
     iWeights[bucket] += start[i + 1] - start[i];
   }
-  for (int b = 0; b < values; b++) table->SetMoments(b, iWeights[b], &iSums[b], &iSumSquares[b]);
+  for (int b = 0; b < buckets; b++) table->SetMoments(b, iWeights[b], &iSums[b], &iSumSquares[b]);
   AddStats(table);
   return table;
+}
+
+MultiSuffStats_cl* SpeciesSuffStatsMan_cl::SweepCounts(int buckets, const SingleRv_sptr& child) {
+  // Value names are numbers; a direct table over their range stands for the look-up by name.
+  Domain_sptr domain = child->GetDomain();
+  NameDomain_sptr names = Conv2NameDomain(domain);
+  IntDomain_sptr ints = Conv2IntDomain(domain);
+  int size = domain->GetDomainSize();
+  std::vector<int> number(size);
+  for (int i = 0; i < size; i++)
+    number[i] = names.IsNull() ? ints->GetLower() + i : static_cast<int>(strtol(names->IndexToName(i).CStr(), nullptr, 10));
+  int low = size ? *std::min_element(number.begin(), number.end()) : 0;
+  int high = size ? *std::max_element(number.begin(), number.end()) : -1;
+  std::vector<int> indexOf(static_cast<size_t>(high - low + 1), -1);
+  for (int i = size - 1; i >= 0; i--) indexOf[number[i] - low] = i;
+  std::vector<long long> tally(static_cast<size_t>(buckets) * size, 0);
+  const double* cells = iCache.iCells.data();
+  const int* start = iCache.iStart.data();
+  for (size_t i = 0; i < iBuckets.size(); i++) {
+    if (iBuckets[i] < 0) continue;
+    long long* row = &tally[static_cast<size_t>(iBuckets[i]) * size];
+    for (int k = start[i]; k < start[i + 1]; k++) {
+      double x = cells[k];
+      if (!(x > low - 1.0 && x < high + 1.0)) continue;
+      int index = indexOf[static_cast<int>(x) - low];
+      if (index >= 0) row[index]++;
+    }
+  }
+  auto* multi = new MultiSuffStats_cl(1, buckets);
+  for (int b = 0; b < buckets; b++) {
+    auto* counts = new CountsSuffStats_cl(size);
+    // Counts are whole numbers, so adding them at once equals adding 1.0 cell by cell.
+    for (int v = 0; v < size; v++)
+      if (tally[static_cast<size_t>(b) * size + v]) counts->AddToWeight(v, static_cast<double>(tally[static_cast<size_t>(b) * size + v]));
+    multi->AddStats(counts);
+  }
+  AddStats(multi);
+  return multi;
+}
+
+MomentsTableSuffStats_cl* SpeciesSuffStatsMan_cl::ComputeStatsSplit(const MatrixFilter_cl* filter, int attribute,
+                                                                    int values, AttributeGroupType_cl type,
+                                                                    Vector_tmpl<int>* counts,
+                                                                    Vector_tmpl<Vector_tmpl<int>*>& objects) {
+  int splitRows = type == GENE_ATTRIBUTES;
+  PrepareSplitCache(filter, splitRows);
+  counts->RemoveAll();
+  counts->AddLast(values, 0);
+  // Out-of-range values, the missing mark among them, would index past the buckets.
+  auto bucketOf = [values](double v) { return v > -1.0 && v < values ? static_cast<int>(v) : -1; };
+  AssignBuckets(splitRows ? iGeneAttributes : iExperimentAttributes, attribute, bucketOf, objects, counts);
+  return SweepMoments(values);
+}
+
+SuffStats_cl* SpeciesSuffStatsMan_cl::ComputeStatsSplit(const MatrixFilter_cl* filter, int attribute,
+                                                        AttributeGroupType_cl type, DoubleSet_tmpl<int>* values,
+                                                        Vector_tmpl<Vector_tmpl<int>*>& objects,
+                                                        const SingleRv_sptr& child) {
+  int splitRows = type == GENE_ATTRIBUTES;
+  PrepareSplitCache(filter, splitRows);
+  int buckets = values->GetSize();
+  auto bucketOf = [values, buckets](double v) {
+    int b = values->GetEntry(v);
+    return b >= 0 && b < buckets ? b : -1;
+  };
+  AssignBuckets(splitRows ? iGeneAttributes : iExperimentAttributes, attribute, bucketOf, objects, nullptr);
+  if (child->IsDiscrete()) return SweepCounts(buckets, child);
+  return SweepMoments(buckets);
 }

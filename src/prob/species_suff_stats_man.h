@@ -63,6 +63,12 @@ class SpeciesSuffStatsMan_cl : public SuffStatsManager_cl {
   MomentsTableSuffStats_cl* ComputeStatsSplit(const MatrixFilter_cl* filter, int attribute, int values,
                                               AttributeGroupType_cl type, Vector_tmpl<int>* counts,
                                               Vector_tmpl<Vector_tmpl<int>*>& objects);
+  // The same by a set that gives each attribute value (exactly) its bucket, one bucket per entry;
+  // an absent value joins none. A real child gets moments per bucket; a discrete one, whose value
+  // names are numbers, a MultiSuffStats_cl of one CountsSuffStats_cl per bucket.
+  SuffStats_cl* ComputeStatsSplit(const MatrixFilter_cl* filter, int attribute, AttributeGroupType_cl type,
+                                  DoubleSet_tmpl<int>* values, Vector_tmpl<Vector_tmpl<int>*>& objects,
+                                  const SingleRv_sptr& child);
   void ClearSplitCache();
 
  private:
@@ -71,6 +77,13 @@ class SpeciesSuffStatsMan_cl : public SuffStatsManager_cl {
   // Rebuilds the leaf copy unless it already holds this filter's cells on that side.
   void PrepareSplitCache(const MatrixFilter_cl* filter, int splitRows);
   void ResetMomentsArrays(int n);
+  // The bucket of each split object of the cached leaf by its attribute value, -1 for none;
+  // objects and counts (when given) are filled.
+  template <class BucketOf>
+  void AssignBuckets(SpeciesAttributes_cl* attributes, int attribute, BucketOf bucketOf,
+                     Vector_tmpl<Vector_tmpl<int>*>& objects, Vector_tmpl<int>* counts);
+  MomentsTableSuffStats_cl* SweepMoments(int buckets);
+  MultiSuffStats_cl* SweepCounts(int buckets, const SingleRv_sptr& child);
 
   Vector_tmpl<SuffStats_cl*> iStats;
   Matrix_sptr iMatrix;
@@ -81,6 +94,7 @@ class SpeciesSuffStatsMan_cl : public SuffStatsManager_cl {
   double* iSumSquares = nullptr;
   double* iWeights = nullptr;
   int iMomentsLength = 0;
+  std::vector<int> iBuckets;
 
   // The leaf copy: for split object i, its non-missing cells are iCells[iStart[i] .. iStart[i+1]).
   struct SplitCache_cl {

@@ -385,3 +385,17 @@ void MomentsTableSuffStats_cl::AddMoments(const double* weights, const double* f
 void MomentsTableSuffStats_cl::AddMoments(const int* weights, const double* first, const double* second) {
   WalkMoments(weights, first, second, 1);
 }
+
+// ---------------------------------------------------------------- MultiSuffStats_cl
+
+MultiSuffStats_cl::~MultiSuffStats_cl() {
+  for (int i = 0; i < iStats.GetSize(); i++) delete iStats[i];
+}
+
+void MultiSuffStats_cl::Reset() {
+  for (int i = 0; i < iStats.GetSize(); i++) iStats[i]->Reset();
+}
+
+void MultiSuffStats_cl::WriteFile(std::ostream& out) const {
+  for (int i = 0; i < iStats.GetSize(); i++) iStats[i]->WriteFile(out);
+}

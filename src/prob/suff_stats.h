@@ -205,4 +205,24 @@ class MomentsTableSuffStats_cl : public TableSuffStats_cl {
   MomentsSuffStats_cl** iCells;
 };
 
+// A list of statistics, one per member of a compound family; it owns them.
+class MultiSuffStats_cl : public SuffStats_cl {
+ public:
+  MultiSuffStats_cl(int numVars, int capacity) : SuffStats_cl(numVars), iStats(capacity > 0 ? capacity : 1, nullptr) {}
+  ~MultiSuffStats_cl() override;
+
+  int GetType() const override { return 6; }
+  void Reset() override;
+  void WriteFile(std::ostream& out) const override;
+  void AddStats(SuffStats_cl* stats) { iStats.AddLast(stats); }
+  int GetNumStats() const { return iStats.GetSize(); }
+  SuffStats_cl* GetStats(int i) const { return iStats[i]; }
+
+ protected:
+  const char* ClassName() const override { return "MultiSuffStats_cl"; }
+
+ private:
+  Vector_tmpl<SuffStats_cl*> iStats;
+};
+
 #endif

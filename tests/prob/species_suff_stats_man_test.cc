@@ -125,6 +125,56 @@ TEST(SpeciesSuffStatsMan, SplitSweepMatchesThePlainRoadBitForBit) {
   ExpectSameSplit(man, w, &leaf, 0, 5, EXPERIMENT_ATTRIBUTES);
 }
 
+TEST(SpeciesSuffStatsMan, SplitBySetOfValues) {
+  World w(50, 40, 45);
+  SpeciesSuffStatsMan_cl man(w.species.get());
+  MatrixFilter_cl leaf(Subset(50), 1, Subset(40), 1);
+  // Experiment values 0.25 and 1.25 go to buckets 1 and 0; the rest to none.
+  DoubleSet_tmpl<int> values(8, -1);
+  values.Insert(0.25, 1);
+  values.Insert(1.25, 0);
+  std::vector<double> flipped = {1.25, 0.25};
+  Vector_tmpl<Vector_tmpl<int>*> objects;
+  objects.AddLast(new Vector_tmpl<int>());
+  objects.AddLast(new Vector_tmpl<int>());
+  SingleRv_sptr real = new SingleRv_cl(Name_sptr("x"), new RealDomain_cl());
+  auto* table = static_cast<MomentsTableSuffStats_cl*>(
+      man.ComputeStatsSplit(&leaf, 3, EXPERIMENT_ATTRIBUTES, &values, objects, real));
+  Split plain = PlainSplit(w, &leaf, 3, 2, 0);
+  for (int b = 0; b < 2; b++) {
+    EXPECT_EQ(table->GetCell(b)->GetFirst(0), plain.sum[1 - b]);
+    EXPECT_EQ(table->GetCell(b)->GetSecond(0, 0), plain.sumSquares[1 - b]);
+    EXPECT_EQ(objects[b]->GetSize(), static_cast<int>(plain.objects[1 - b].size()));
+  }
+
+  // A discrete child: cells truncated to -1, 0, 1 counted per bucket by the numbers of the names.
+  Matrix_sptr x = w.microarray->GetMatrix();
+  for (int r = 0; r < 50; r++)
+    for (int c = 0; c < 40; c++)
+      if (x->GetRow(r)[c] != kMissingReal) x->GetRow(r)[c] = (r * 7 + c) % 4 - 1.5;  // -1.5 truncates to -1
+  man.ClearSplitCache();
+  SingleRv_sptr d = new SingleRv_cl(Name_sptr("d"), DomainFactory_cl::CreateIntegerDomain(-1, 3));
+  for (int b = 0; b < 2; b++) objects[b]->RemoveAll();
+  auto* multi = static_cast<MultiSuffStats_cl*>(man.ComputeStatsSplit(&leaf, 3, EXPERIMENT_ATTRIBUTES, &values, objects, d));
+  ASSERT_EQ(multi->GetNumStats(), 2);
+  std::vector<std::vector<double>> expect(2, std::vector<double>(3, 0.0));
+  SpeciesAttributes_cl* a = w.species->GetExperimentAttributes();
+  for (int j = 0; j < leaf.GetColumns()->GetSize(); j++) {
+    int c = leaf.GetColumn(j), b = values.GetEntry(a->GetValue(c, 3));
+    if (b < 0) continue;
+    for (int i = 0; i < leaf.GetRows()->GetSize(); i++) {
+      double v = x->GetRow(leaf.GetRow(i))[c];
+      int t = static_cast<int>(v);
+      if (v != kMissingReal && t >= -1 && t <= 1) expect[b][t + 1] += 1.0;
+    }
+  }
+  for (int b = 0; b < 2; b++)
+    for (int v = 0; v < 3; v++)
+      EXPECT_EQ(static_cast<CountsSuffStats_cl*>(multi->GetStats(b))->GetWeight(v), expect[b][v]) << b << v;
+  delete objects[0];
+  delete objects[1];
+}
+
 TEST(SpeciesSuffStatsMan, MatrixQueriesAreDirectSums) {
   World w(20, 12, 42);
   SpeciesSuffStatsMan_cl man(w.species.get());
