@@ -86,6 +86,7 @@ class Factor_cl : public virtual Measure_cl {
   int IsEqualValues(Factor_sptr other) const;
 
   // --- through a mapping (this small, other big)
+  using Measure_cl::SumOut;
   void SumOut(Factor_sptr other, FactorMapping_cl* mapping);
   void MaxOut(Factor_sptr other, FactorMapping_cl* mapping);
   void AverageOut(Factor_sptr other, FactorMapping_cl* mapping);

@@ -211,7 +211,8 @@ void QuadAndTrace(Gaussian_cl* p, Gaussian_cl* q, double& quad, double& trace) {
 
 }  // namespace
 
-double Gaussian_cl::GetKLDist(Gaussian_sptr q) {
+double Gaussian_cl::GetKLDist(Measure_sptr other) {
+  Gaussian_sptr q = Conv2Gaussian(other);
   double quad, trace;
   QuadAndTrace(this, q.Get(), quad, trace);
   return q->GetEntropy() - GetEntropy() - 0.5 * iN + 0.5 * quad + 0.5 * trace;

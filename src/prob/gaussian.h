@@ -82,7 +82,8 @@ class Gaussian_cl : public Distrib_cl {
   double GetNormalizingConstant();
   int IsLegalCov();
   double GetEntropy();
-  double GetKLDist(Gaussian_sptr q);
+  // The other measure must be a Gaussian over the same variables.
+  double GetKLDist(Measure_sptr q) override;
   double GetSumKLDists(Gaussian_sptr q);
   SqrMatrix_sptr GetCorrelationMatrix();
   // A standard normal draw z mapped to x = L z + mean.
