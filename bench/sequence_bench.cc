@@ -1,6 +1,5 @@
 // Loading promoter sequences in both modes and enumerating all 8-mers on both strands.
 #include <benchmark/benchmark.h>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,8 +35,8 @@ long FileSize(const std::string& file) {
 
 // The promoters are in lower case.
 SequenceManager_cl* Load(int preload) {
-  return new SequenceManager_cl(Name_sptr("promoters"), Name_sptr(InputFile().c_str()), Name_sptr("acgtnx"), 4,
-                                nullptr, preload, true);
+  return new SequenceManager_cl(Name_sptr("promoters"), Name_sptr(InputFile().c_str()), Name_sptr("acgtnx"), 4, nullptr,
+                                preload, true);
 }
 
 void BM_LoadPreloaded(benchmark::State& state) {
@@ -82,8 +81,10 @@ void BM_Enumerate8MersBothStrands(benchmark::State& state) {
                                        (e->iValue->GetReverse() ? e->iValue->GetReverse()->GetSize() : 0);
                                windows += n;
                                int& count = counts.GetEntry(e->iKey);
-                               if (&count == &counts.GetDefault()) counts.Insert(e->iKey->Copy(), n);
-                               else count += n;
+                               if (&count == &counts.GetDefault())
+                                 counts.Insert(e->iKey->Copy(), n);
+                               else
+                                 count += n;
                              }
                            });
     distinct = counts.GetSize();

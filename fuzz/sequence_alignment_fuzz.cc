@@ -12,7 +12,8 @@ SequenceManager_cl* TargetGroup() {
   auto* group = new SequenceManager_cl(Name_sptr("g"), Name_sptr("ACGTNX"), 4, true);
   const char* records[][2] = {{"a", "ACGTAC"}, {"b", "GGTTA"}, {"c", ""}, {"d", "NNXAC?T"}};
   for (auto& r : records)
-    group->AddSequence(new Sequence_cl(Name_sptr(r[0]), r[1], static_cast<int>(strlen(r[1])), group->GetAlphabetTable()));
+    group->AddSequence(
+        new Sequence_cl(Name_sptr(r[0]), r[1], static_cast<int>(strlen(r[1])), group->GetAlphabetTable()));
   return group;
 }
 }  // namespace

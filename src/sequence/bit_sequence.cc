@@ -48,8 +48,8 @@ bool BitSequence_cl::IntersectInPos(const BitSequence_cl* other, int pos, int ot
   return false;
 }
 
-bool BitSequence_cl::IsContained(const BitSequence_cl* other, int position, const Vector_tmpl<int>* offsets,
-                                 int length, int reversed) const {
+bool BitSequence_cl::IsContained(const BitSequence_cl* other, int position, const Vector_tmpl<int>* offsets, int length,
+                                 int reversed) const {
   for (int row = 0; row < iLength && row < offsets->GetSize(); row++) {
     int at = reversed ? position + length - 1 - (*offsets)[row] : position + (*offsets)[row];
     if (at < 0 || at >= other->iLength || !ContainsRow(row, other, at, reversed)) return false;
@@ -94,7 +94,8 @@ void BitSequence_cl::Reverse(int first, int last) {
 
 void BitSequence_cl::Permute() {
   for (int round = 0; round < 5; round++)
-    for (int i = 0; i < iLength; i++) SwapRows(i, static_cast<int>(Random_cl::iGlobalRandomizer.SampleUniform() * iLength));
+    for (int i = 0; i < iLength; i++)
+      SwapRows(i, static_cast<int>(Random_cl::iGlobalRandomizer.SampleUniform() * iLength));
 }
 
 Vector_tmpl<char>* BitSequence_cl::GetPosLetters(int pos, Name_sptr alphabet) const {
@@ -110,8 +111,10 @@ void BitSequence_cl::WriteFile(std::ostream& out, Name_sptr alphabet) const {
   for (int row = 0; row < iLength; row++) {
     Vector_tmpl<char>* letters = GetPosLetters(row, alphabet);
     for (int k = 0; k < letters->GetSize(); k++) {
-      if (alphabet) out << (*letters)[k];
-      else out << static_cast<int>((*letters)[k]);
+      if (alphabet)
+        out << (*letters)[k];
+      else
+        out << static_cast<int>((*letters)[k]);
     }
     out << "\n";
     delete letters;

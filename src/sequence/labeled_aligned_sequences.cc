@@ -84,9 +84,12 @@ LabeledAlignedSequences_cl::~LabeledAlignedSequences_cl() {
 
 void LabeledAlignedSequences_cl::InitWindow(int start, int end, int length) {
   iStart = start >= 0 ? start : iAlignment->GetFirstFullAlignmentPosition();
-  if (end >= 0) iEnd = end;
-  else if (length > 0) iEnd = iStart + length - 1;
-  else iEnd = iAlignment->GetLastFullAlignmentPosition();
+  if (end >= 0)
+    iEnd = end;
+  else if (length > 0)
+    iEnd = iStart + length - 1;
+  else
+    iEnd = iAlignment->GetLastFullAlignmentPosition();
 }
 
 void LabeledAlignedSequences_cl::RecomputeLabelStats() {
@@ -147,7 +150,7 @@ LabeledAlignedSequences_cl* LabeledAlignedSequences_cl::GetSubsetByIndices(Name_
 }
 
 LabeledAlignedSequences_cl* LabeledAlignedSequences_cl::GetPositiveLabelsSubset(Name_sptr name, double thresh,
-                                                                               SequenceManager_cl*& out) const {
+                                                                                SequenceManager_cl*& out) const {
   Vector_tmpl<int>* indices = GetPositiveLabelsndices(thresh);
   LabeledAlignedSequences_cl* subset = GetSubsetByIndices(name, indices, out);
   delete indices;
@@ -169,9 +172,12 @@ Vector_tmpl<double>* LabeledAlignedSequences_cl::CalCumulativeProbLabelsVec(
   auto* cumulative = new Vector_tmpl<double>(n > 0 ? n : 1, 0.0);
   double running = method == SAMPLE_BY_LOG_LABELS ? kMissingReal : 0.0;
   for (int i = 0; i < n; i++) {
-    if (method == SAMPLE_UNIFORM) running += 1.0 / n;
-    else if (method == SAMPLE_BY_LABELS) running += iLabels[i];
-    else running = MathUtils::AddLog(running, iLabels[i]);
+    if (method == SAMPLE_UNIFORM)
+      running += 1.0 / n;
+    else if (method == SAMPLE_BY_LABELS)
+      running += iLabels[i];
+    else
+      running = MathUtils::AddLog(running, iLabels[i]);
     cumulative->AddLast(running);
   }
   return cumulative;

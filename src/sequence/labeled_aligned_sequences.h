@@ -13,7 +13,11 @@ class DataRepository_cl;
 class Microarray_cl;
 
 // How SampleSequences weighs the sequences: equally, by label, or by label read as a logarithm.
-enum SamplingFromLabeledAlignedSequencesMethodType_cl { SAMPLE_UNIFORM = 0, SAMPLE_BY_LABELS = 1, SAMPLE_BY_LOG_LABELS = 2 };
+enum SamplingFromLabeledAlignedSequencesMethodType_cl {
+  SAMPLE_UNIFORM = 0,
+  SAMPLE_BY_LABELS = 1,
+  SAMPLE_BY_LOG_LABELS = 2
+};
 
 class LabeledAlignedSequences_cl {
  public:
@@ -31,7 +35,9 @@ class LabeledAlignedSequences_cl {
   LabeledAlignedSequences_cl(const LabeledAlignedSequences_cl&) = delete;
   LabeledAlignedSequences_cl& operator=(const LabeledAlignedSequences_cl&) = delete;
 
-  virtual Vector_tmpl<Vector_tmpl<int>*>* GetSequenceCharsCounts() const { return iAlignment->GetSequenceCharsCounts(); }
+  virtual Vector_tmpl<Vector_tmpl<int>*>* GetSequenceCharsCounts() const {
+    return iAlignment->GetSequenceCharsCounts();
+  }
 
   Name_sptr GetName() const { return iAlignment->GetName(); }
   SequenceAlignment_cl* GetAlignment() const { return iAlignment; }

@@ -74,8 +74,7 @@ void LabeledSequences_cl::AddLabeled(Sequence_cl* sequence, double label) {
 
 // Rows whose name is not in the group, and rows with a missing label, are passed over: the set
 // holds the sequences that have a label.
-void LabeledSequences_cl::GetAndRankInput(Microarray_cl* labels, const SequenceManager_cl* group,
-                                          const char* caller) {
+void LabeledSequences_cl::GetAndRankInput(Microarray_cl* labels, const SequenceManager_cl* group, const char* caller) {
   SetAlphabet(group->GetAlphabet(), group->GetAlphabetSize());
   if (labels->GetNumGenes() > 0 && labels->GetNumExperiments() < 1) {
     std::cerr << caller << " Microarray " << labels->GetName() << " has no column of labels" << std::endl;
@@ -88,8 +87,10 @@ void LabeledSequences_cl::GetAndRankInput(Microarray_cl* labels, const SequenceM
     Sequence_cl* sequence = group->GetSequence(labels->GetGeneName(k));
     double label = labels->GetMatrix()->GetElement(k, 0);
     if (!sequence || label == kMissingReal) continue;
-    if (label == 1.0) positives++;
-    else if (label != 0.0) iBinary = false;
+    if (label == 1.0)
+      positives++;
+    else if (label != 0.0)
+      iBinary = false;
     values.AddLast(label);
     sequences.AddLast(sequence);
   }

@@ -11,7 +11,10 @@
 class DataRepository_cl;
 class Microarray_cl;
 
-enum LabeledUnAlignedSeqencesInputType_cl { SEQUENCE_MANAGER_AND_MICROARRAY = 0, POSITIVE_AND_NEGATIVE_SEQUENCE_MANAGERS = 1 };
+enum LabeledUnAlignedSeqencesInputType_cl {
+  SEQUENCE_MANAGER_AND_MICROARRAY = 0,
+  POSITIVE_AND_NEGATIVE_SEQUENCE_MANAGERS = 1
+};
 extern const char* LABELED_UNALIGNED_SEQUENCES_INPUT_TYPE_STR[2];
 
 // The sequences are shared with the groups they come from, whose owners stay responsible for them.

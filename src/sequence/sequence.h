@@ -39,8 +39,11 @@ class DNALetterCompareFunctor_cl : public AlphabetLetterCompareFunctor_cl {
 class Sequence_cl {
  public:
   // What a sliding window does in PerformSubSeqService.
-  enum SubSeqServiceType_cl { GET_SUB_SEQUENCES_HASH = 0, GET_SUB_SEQS_CONTAINING_MISMATCHED_SEEDS = 1,
-                              GET_MISMATCHED_SUB_SEQUENCES_COUNT = 2 };
+  enum SubSeqServiceType_cl {
+    GET_SUB_SEQUENCES_HASH = 0,
+    GET_SUB_SEQS_CONTAINING_MISMATCHED_SEEDS = 1,
+    GET_MISMATCHED_SUB_SEQUENCES_COUNT = 2
+  };
 
   // length positions, all code 0.
   Sequence_cl(Name_sptr name, int length);

@@ -40,7 +40,9 @@ void SequenceAlignment_cl::Reset(Name_sptr name, const SequenceManager_cl* group
   RecomputeAlignmentLength();
 }
 
-Vector_tmpl<int>* SequenceAlignment_cl::GetSequenceAlignmentInserts(int) { StopWrongKind("GetSequenceAlignmentInserts"); }
+Vector_tmpl<int>* SequenceAlignment_cl::GetSequenceAlignmentInserts(int) {
+  StopWrongKind("GetSequenceAlignmentInserts");
+}
 
 void SequenceAlignment_cl::SetSequenceAlignmentInserts(int, const Vector_tmpl<int>*, int) {
   StopWrongKind("SetSequenceAlignmentInserts");
@@ -112,8 +114,10 @@ void SequenceAlignment_cl::WriteSequenceFile(std::ostream& out, int first, int l
     out << ">" << GetSequence(i)->GetName() << "\n";
     for (int k = first; k <= last; k++) {
       int letter = GetChar(i, reversed ? last - (k - first) : k);
-      if (letter == -1) out << '-';
-      else out << Sequence_cl::LetterOf(reversed ? size - letter - 1 : letter, alphabet);
+      if (letter == -1)
+        out << '-';
+      else
+        out << Sequence_cl::LetterOf(reversed ? size - letter - 1 : letter, alphabet);
     }
     out << "\n";
   }
@@ -168,8 +172,8 @@ void SequenceAlignment_cl::ReadTree(PropertyTreeIter_cl* root, const SequenceMan
     inserts->AddLast(columns);
     for (int k = 0; k < columns->GetSize(); k++)
       if ((*columns)[k] < -kMaxColumn || (*columns)[k] > kMaxColumn) {
-        std::cerr << "SequenceAlignment_cl Sequence " << name << " has an insert outside the alignment: "
-                  << (*columns)[k] << std::endl;
+        std::cerr << "SequenceAlignment_cl Sequence " << name
+                  << " has an insert outside the alignment: " << (*columns)[k] << std::endl;
         abort();
       }
   }
@@ -197,8 +201,8 @@ void SequenceAlignment_cl::CopySubset(const SequenceAlignment_cl* source, Name_s
   iSequences = new SequenceManager_cl(name, out->GetAlphabet(), out->GetAlphabetSize(), true);
   for (int k = 0; k < indices->GetSize(); k++) {
     int i = (*indices)[k];
-    AddAlignedSequence(out->GetSequence(k), source->iAlignmentStart[i], source->iSequenceStart[i],
-                       source->iWeight[i], source->iSequenceEnd[i]);
+    AddAlignedSequence(out->GetSequence(k), source->iAlignmentStart[i], source->iSequenceStart[i], source->iWeight[i],
+                       source->iSequenceEnd[i]);
   }
   iAlignmentLength = source->iAlignmentLength;
   iFullLength = source->iFullLength;
@@ -207,8 +211,8 @@ void SequenceAlignment_cl::CopySubset(const SequenceAlignment_cl* source, Name_s
 void SequenceAlignment_cl::WriteSequenceStart(std::ostream& out, int i) const {
   out << "<Sequence Name=\"";
   WriteName(out, GetSequence(i)->GetName());
-  out << "\" AlignmentStart=\"" << iAlignmentStart[i] << "\" SequenceStart=\"" << iSequenceStart[i]
-      << "\" Weight=\"" << iWeight[i] << "\" SequenceEnd=\"" << iSequenceEnd[i] << "\"";
+  out << "\" AlignmentStart=\"" << iAlignmentStart[i] << "\" SequenceStart=\"" << iSequenceStart[i] << "\" Weight=\""
+      << iWeight[i] << "\" SequenceEnd=\"" << iSequenceEnd[i] << "\"";
 }
 
 void SequenceAlignment_cl::WriteRootStart(std::ostream& out, const char* type) const {
@@ -295,7 +299,9 @@ int GappedSequenceAlignment_cl::GetNumInsertsUpToPosition(int i, int p) const {
   return count;
 }
 
-int GappedSequenceAlignment_cl::GetSpan(int i) const { return SequenceAlignment_cl::GetSpan(i) + iInserts[i]->GetSize(); }
+int GappedSequenceAlignment_cl::GetSpan(int i) const {
+  return SequenceAlignment_cl::GetSpan(i) + iInserts[i]->GetSize();
+}
 
 bool GappedSequenceAlignment_cl::HasChar(int i, int p) const {
   return iAlignmentStart[i] <= p && p < iAlignmentStart[i] + GetSpan(i);

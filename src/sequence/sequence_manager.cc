@@ -14,7 +14,9 @@ namespace {
 constexpr long kMaxAllSequences = 1L << 24;
 }  // namespace
 
-SequenceManager_cl::SequenceManager_cl(bool owner) { Init(nullptr, Name_sptr(kDefaultAlphabet), kDefaultAlphabetSize, owner); }
+SequenceManager_cl::SequenceManager_cl(bool owner) {
+  Init(nullptr, Name_sptr(kDefaultAlphabet), kDefaultAlphabetSize, owner);
+}
 
 SequenceManager_cl::SequenceManager_cl(Name_sptr group, Name_sptr alphabet, int size, bool owner) {
   Init(group, alphabet, size, owner);
@@ -111,9 +113,9 @@ void SequenceManager_cl::AddAllSequencesInLength(int k) {
 }
 
 void SequenceManager_cl::AddAllSubSequencesWithScoreAboveThresh(const Sequence_cl* sequence, int strand,
-                                                                 const Vector_tmpl<double>* scores, double thresh,
-                                                                 int offset, int length,
-                                                                 Vector_tmpl<double>* keptScores) {
+                                                                const Vector_tmpl<double>* scores, double thresh,
+                                                                int offset, int length,
+                                                                Vector_tmpl<double>* keptScores) {
   for (int i = 0; i < scores->GetSize(); i++) {
     int first = offset + i;
     if ((*scores)[i] < thresh || first < 0 || length <= 0 || first + length > sequence->GetLength()) continue;
@@ -153,21 +155,27 @@ void SequenceManager_cl::WriteFile(std::ostream& out) const {
   for (Iterator_cl it(this); it.NotNull(); ++it) (*it)->WriteFile(out, iAlphabet);
 }
 
+SubSequencesParamsAndOutput_cl SequenceManager_cl::MakeRequest(int length, bool bothStrands, int step, int startMargin,
+                                                               int endMargin) const {
+  SubSequencesParamsAndOutput_cl request;
+  request.iWindowLength = length;
+  request.iStep = step;
+  request.iStartMargin = startMargin;
+  request.iEndMargin = endMargin;
+  request.iAlphabetSize = iAlphabetSize;
+  request.iBothStrands = bothStrands;
+  return request;
+}
+
 int SequenceManager_cl::GetCountOfSeqContainingMismatchedSubSequences(const Sequence_cl* seed, int mismatches,
                                                                       bool bothStrands, int step, int startMargin,
                                                                       int endMargin,
                                                                       const Vector_tmpl<Bitset_cl*>* masks,
                                                                       AlphabetComprisonType_cl comparison) const {
-  SubSequencesParamsAndOutput_cl request;
-  request.iWindowLength = seed->GetLength();
-  request.iStep = step;
-  request.iStartMargin = startMargin;
-  request.iEndMargin = endMargin;
-  request.iAlphabetSize = iAlphabetSize;
+  SubSequencesParamsAndOutput_cl request = MakeRequest(seed->GetLength(), bothStrands, step, startMargin, endMargin);
   request.iMismatches = mismatches;
   request.iStopCount = 1;
   request.iSeed = seed;
-  request.iBothStrands = bothStrands;
   request.iComparisonType = comparison;
   int count = 0;
   TraverseSubSeqs(Sequence_cl::GET_MISMATCHED_SUB_SEQUENCES_COUNT, request, masks,
@@ -179,13 +187,7 @@ SequenceSet_tmpl<int>* SequenceManager_cl::GetCountOfSeqsContainingMismatchedSub
     double minFraction, int mismatches, int length, bool bothStrands, int step, int startMargin, int endMargin,
     const Vector_tmpl<Bitset_cl*>* masks, AlphabetComprisonType_cl comparison) const {
   if (GetNumSequences() == 0) return nullptr;
-  SubSequencesParamsAndOutput_cl request;
-  request.iWindowLength = length;
-  request.iStep = step;
-  request.iStartMargin = startMargin;
-  request.iEndMargin = endMargin;
-  request.iAlphabetSize = iAlphabetSize;
-  request.iBothStrands = bothStrands;
+  SubSequencesParamsAndOutput_cl request = MakeRequest(length, bothStrands, step, startMargin, endMargin);
   // Distinct windows by sequence; within one, forward windows by position, then those seen only on
   // the reverse strand.
   Vector_tmpl<Sequence_cl*> distinct;

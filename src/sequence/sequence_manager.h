@@ -61,8 +61,9 @@ class SequenceManager_cl {
   void AddAllSequencesInLength(int k);
   // Each window of length at offset + i whose score i is at or above thresh; reverse complemented
   // when strand is set. The kept scores go to keptScores when it is given.
-  void AddAllSubSequencesWithScoreAboveThresh(const Sequence_cl* sequence, int strand, const Vector_tmpl<double>* scores,
-                                              double thresh, int offset, int length, Vector_tmpl<double>* keptScores);
+  void AddAllSubSequencesWithScoreAboveThresh(const Sequence_cl* sequence, int strand,
+                                              const Vector_tmpl<double>* scores, double thresh, int offset, int length,
+                                              Vector_tmpl<double>* keptScores);
 
   // A new owner of copies of all sequences.
   SequenceManager_cl* Clone() const;
@@ -125,6 +126,9 @@ class SequenceManager_cl {
 
  private:
   void Init(Name_sptr group, Name_sptr alphabet, int size, bool owner);
+  // A request over this group's alphabet.
+  SubSequencesParamsAndOutput_cl MakeRequest(int length, bool bothStrands, int step, int startMargin,
+                                             int endMargin) const;
 
   bool iPreloaded = true;
   Name_sptr iFileName;

@@ -40,10 +40,10 @@ TEST(BitSequence, ContainmentOnBothStrands) {
   Sequence_cl* s = Make("TTGCAGGN");
   Vector_tmpl<int> offsets;
   for (int o : {0, 1, 2}) offsets.AddLast(o);
-  EXPECT_TRUE(pattern->IsContained(s, 4, 2, &offsets, 3, 0));    // G C A
-  EXPECT_FALSE(pattern->IsContained(s, 4, 1, &offsets, 3, 0));   // T G C
-  EXPECT_FALSE(pattern->IsContained(s, 4, 5, &offsets, 3, 0));   // G G N: N is no letter
-  EXPECT_FALSE(pattern->IsContained(s, 4, 7, &offsets, 3, 0));   // runs past the end
+  EXPECT_TRUE(pattern->IsContained(s, 4, 2, &offsets, 3, 0));   // G C A
+  EXPECT_FALSE(pattern->IsContained(s, 4, 1, &offsets, 3, 0));  // T G C
+  EXPECT_FALSE(pattern->IsContained(s, 4, 5, &offsets, 3, 0));  // G G N: N is no letter
+  EXPECT_FALSE(pattern->IsContained(s, 4, 7, &offsets, 3, 0));  // runs past the end
   // The reverse strand reads the window backwards, complemented: T T G at 0 reads C A A.
   EXPECT_FALSE(pattern->IsContained(s, 4, 0, &offsets, 3, 1));
   Sequence_cl* r = Make("CAGT");  // A G T at 1 reads A C T
@@ -51,9 +51,9 @@ TEST(BitSequence, ContainmentOnBothStrands) {
 
   BitSequence_cl* exact = new BitSequence_cl(s, 4);
   BitSequence_cl* wide = Pattern({"ACGT", "AG", "CT"});
-  EXPECT_TRUE(wide->ContainInPos(exact, 0, 5));     // G in ACGT
-  EXPECT_FALSE(wide->ContainInPos(exact, 1, 0));    // T not in AG
-  EXPECT_TRUE(wide->IntersectInPos(pattern, 1, 0)); // AG meets AG
+  EXPECT_TRUE(wide->ContainInPos(exact, 0, 5));      // G in ACGT
+  EXPECT_FALSE(wide->ContainInPos(exact, 1, 0));     // T not in AG
+  EXPECT_TRUE(wide->IntersectInPos(pattern, 1, 0));  // AG meets AG
   EXPECT_FALSE(wide->IntersectInPos(pattern, 2, 0));
   EXPECT_TRUE(wide->IsContained(exact, 1, &offsets, 3, 0));   // T G C
   EXPECT_FALSE(wide->IsContained(exact, 3, &offsets, 3, 0));  // C A G

@@ -15,7 +15,8 @@ namespace {
 SequenceManager_cl* Group(std::initializer_list<std::pair<const char*, const char*>> records) {
   auto* group = new SequenceManager_cl(Name_sptr("g"), Name_sptr("ACGTNX"), 4, true);
   for (auto& [name, text] : records)
-    group->AddSequence(new Sequence_cl(Name_sptr(name), text, static_cast<int>(strlen(text)), group->GetAlphabetTable()));
+    group->AddSequence(
+        new Sequence_cl(Name_sptr(name), text, static_cast<int>(strlen(text)), group->GetAlphabetTable()));
   return group;
 }
 
@@ -110,13 +111,25 @@ TEST(LabeledAlignedSequences, LabelsAreScaledByTheLargestAndWrittenAsAMicroarray
   delete group;
 }
 
+// Four two-letter sequences aligned whole, with the given labels.
+struct FourLabeled {
+  explicit FourLabeled(std::initializer_list<double> values)
+      : group(Group({{"a", "AC"}, {"b", "AG"}, {"c", "TT"}, {"d", "GG"}})),
+        alignment(Name_sptr("al"), group),
+        set(&alignment, -1, -1) {
+    Vector_tmpl<double> labels;
+    for (double x : values) labels.AddLast(x);
+    set.SetAllLabels(&labels);
+  }
+  ~FourLabeled() { delete group; }
+  SequenceManager_cl* group;
+  GaplessSequenceAlignment_cl alignment;
+  LabeledAlignedSequences_cl set;
+};
+
 TEST(LabeledAlignedSequences, ReweightAndCumulativeWeights) {
-  SequenceManager_cl* group = Group({{"a", "AC"}, {"b", "AG"}, {"c", "TT"}, {"d", "GG"}});
-  GaplessSequenceAlignment_cl alignment(Name_sptr("al"), group);
-  LabeledAlignedSequences_cl set(&alignment, -1, -1);
-  Vector_tmpl<double> labels;
-  for (double x : {1.0, 0.0, 1.0, 0.0}) labels.AddLast(x);
-  set.SetAllLabels(&labels);
+  FourLabeled four({1.0, 0.0, 1.0, 0.0});
+  LabeledAlignedSequences_cl& set = four.set;
   Vector_tmpl<double> coefficients;
   set.CalReweightCoefficients(0.1, 100.0, coefficients);
   // a = 0.1 * 100 / 2, b = 0.9 * 100 / 2.
@@ -134,16 +147,11 @@ TEST(LabeledAlignedSequences, ReweightAndCumulativeWeights) {
   delete uniform;
   delete byLabel;
   delete byLog;
-  delete group;
 }
 
 TEST(LabeledAlignedSequences, SamplingFollowsLabelsAndDropsExcludedDraws) {
-  SequenceManager_cl* group = Group({{"a", "AC"}, {"b", "AG"}, {"c", "TT"}, {"d", "GG"}});
-  GaplessSequenceAlignment_cl alignment(Name_sptr("al"), group);
-  LabeledAlignedSequences_cl set(&alignment, -1, -1);
-  Vector_tmpl<double> labels;
-  for (double x : {0.0, 3.0, 0.0, 1.0}) labels.AddLast(x);
-  set.SetAllLabels(&labels);
+  FourLabeled four({0.0, 3.0, 0.0, 1.0});
+  LabeledAlignedSequences_cl& set = four.set;
   Random_cl::iGlobalRandomizer.Reset(3);
   Vector_tmpl<int>* drawn = set.SampleSequencesIndecis(4000, SAMPLE_BY_LABELS, nullptr);
   int counts[4] = {0, 0, 0, 0};
@@ -159,7 +167,6 @@ TEST(LabeledAlignedSequences, SamplingFollowsLabelsAndDropsExcludedDraws) {
   for (int i = 0; i < sample->GetNumSequences(); i++) EXPECT_EQ(sample->GetLabel(i), 1.0);
   delete sample;
   delete chosen;
-  delete group;
 }
 
 TEST(LabeledAlignedSequences, AllKmersOfALength) {

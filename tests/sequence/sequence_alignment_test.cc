@@ -15,7 +15,8 @@ SequenceManager_cl* Group() {
   auto* group = new SequenceManager_cl(Name_sptr("g"), Name_sptr("ACGTNX"), 4, true);
   const char* records[][2] = {{"a", "ACGTAC"}, {"b", "GGTTA"}, {"c&<x>", "TTTT"}};
   for (auto& r : records)
-    group->AddSequence(new Sequence_cl(Name_sptr(r[0]), r[1], static_cast<int>(strlen(r[1])), group->GetAlphabetTable()));
+    group->AddSequence(
+        new Sequence_cl(Name_sptr(r[0]), r[1], static_cast<int>(strlen(r[1])), group->GetAlphabetTable()));
   return group;
 }
 
@@ -162,7 +163,8 @@ TEST(SequenceAlignment, BadInputStops) {
   GaplessSequenceAlignment_cl gapless(Name_sptr("w"), group);
   EXPECT_DEATH(gapless.GetSequenceAlignmentInserts(0),
                "^SequenceAlignment_cl::GetSequenceAlignmentInserts is not defined for this kind of alignment\n");
-  EXPECT_DEATH(SequenceAlignment_cl::Create(Name_sptr("/no/such.xml"), group), "^xml file '/no/such.xml' does not exist\n");
+  EXPECT_DEATH(SequenceAlignment_cl::Create(Name_sptr("/no/such.xml"), group),
+               "^xml file '/no/such.xml' does not exist\n");
   delete group;
 }
 

@@ -2,7 +2,6 @@
 #include "sequence/sequence_manager.h"
 
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <cstdio>
@@ -199,9 +198,8 @@ TEST(SequenceManager, GroupCountsMatchBruteForce) {
                 CountContaining(*group, seed, mismatches))
           << seed << " " << mismatches;
     }
-  SequenceSet_tmpl<int>* common =
-      group->GetCountOfSeqsContainingMismatchedSubSeqsToAllSubSeqsAboveThresh(0.75, 0, 3, true, 1, 0, 0, nullptr,
-                                                                             STRICT_COMPARISON);
+  SequenceSet_tmpl<int>* common = group->GetCountOfSeqsContainingMismatchedSubSeqsToAllSubSeqsAboveThresh(
+      0.75, 0, 3, true, 1, 0, 0, nullptr, STRICT_COMPARISON);
   std::map<std::string, int> found;
   for (auto* e : *common) {
     std::ostringstream text;

@@ -97,17 +97,17 @@ TEST(Sequence, LetterRangeTestsDifferInStrictness) {
   Sequence_cl* s = Make("ANCX?G");
   int bad = -7;
   EXPECT_FALSE(s->IsSubSequenceInsideAlphabetLetterRange(0, 5, 4, bad));
-  EXPECT_EQ(bad, 3);  // scanned from the end: X at 3 before N at 1
+  EXPECT_EQ(bad, 3);                                                     // scanned from the end: X at 3 before N at 1
   EXPECT_TRUE(s->IsSubSequenceInsideAlphabetLetterRange(4, 5, 4, bad));  // -1 passes this test
 
   Vector_tmpl<int> offsets;
   offsets.AddLast(0);
   offsets.AddLast(2);
   EXPECT_TRUE(s->AllLettersInPosAreLegal(nullptr, 99, 4));
-  EXPECT_TRUE(s->AllLettersInPosAreLegal(&offsets, 0, 4));    // A, C
-  EXPECT_FALSE(s->AllLettersInPosAreLegal(&offsets, 1, 4));   // N
-  EXPECT_FALSE(s->AllLettersInPosAreLegal(&offsets, 2, 4));   // ? is -1
-  EXPECT_FALSE(s->AllLettersInPosAreLegal(&offsets, 5, 4));   // past the end
+  EXPECT_TRUE(s->AllLettersInPosAreLegal(&offsets, 0, 4));   // A, C
+  EXPECT_FALSE(s->AllLettersInPosAreLegal(&offsets, 1, 4));  // N
+  EXPECT_FALSE(s->AllLettersInPosAreLegal(&offsets, 2, 4));  // ? is -1
+  EXPECT_FALSE(s->AllLettersInPosAreLegal(&offsets, 5, 4));  // past the end
   delete s;
 }
 

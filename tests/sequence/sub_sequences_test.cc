@@ -16,7 +16,9 @@ namespace {
 
 using Positions = std::pair<std::vector<int>, std::vector<int>>;
 
-std::string Key(const int8_t* letters, int length) { return std::string(reinterpret_cast<const char*>(letters), length); }
+std::string Key(const int8_t* letters, int length) {
+  return std::string(reinterpret_cast<const char*>(letters), length);
+}
 
 std::string ReverseComplement(const std::string& text) {
   std::string out(text.rbegin(), text.rend());
