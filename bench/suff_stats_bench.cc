@@ -44,25 +44,35 @@ Leaf& TheLeaf() {
   return leaf;
 }
 
+// The two buckets' object lists that a split fills, emptied before each split.
+struct Buckets {
+  Vector_tmpl<int> counts;
+  Vector_tmpl<Vector_tmpl<int>*> objects;
+  Buckets() {
+    objects.AddLast(new Vector_tmpl<int>(kArrays));
+    objects.AddLast(new Vector_tmpl<int>(kArrays));
+  }
+  ~Buckets() {
+    delete objects[0];
+    delete objects[1];
+  }
+  MomentsTableSuffStats_cl* Split(SpeciesSuffStatsMan_cl& man, const MatrixFilter_cl* leaf, int attribute) {
+    objects[0]->RemoveAll();
+    objects[1]->RemoveAll();
+    return man.ComputeStatsSplit(leaf, attribute, 2, EXPERIMENT_ATTRIBUTES, &counts, objects);
+  }
+};
+
 // Every regulator split once over the leaf; the leaf's copy is made by the first and reused.
 void BM_SplitSweep(benchmark::State& state) {
   Leaf& leaf = TheLeaf();
   SpeciesSuffStatsMan_cl man(leaf.species.get());
-  Vector_tmpl<int> counts;
-  Vector_tmpl<Vector_tmpl<int>*> objects;
-  objects.AddLast(new Vector_tmpl<int>(kArrays));
-  objects.AddLast(new Vector_tmpl<int>(kArrays));
+  Buckets buckets;
   for (auto _ : state) {
-    for (int a = 0; a < kRegulators; a++) {
-      objects[0]->RemoveAll();
-      objects[1]->RemoveAll();
-      benchmark::DoNotOptimize(man.ComputeStatsSplit(&leaf.all, a, 2, EXPERIMENT_ATTRIBUTES, &counts, objects));
-    }
+    for (int a = 0; a < kRegulators; a++) benchmark::DoNotOptimize(buckets.Split(man, &leaf.all, a));
     man.RemoveStats();
   }
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(kRegulators) * kGenes * kArrays);
-  delete objects[0];
-  delete objects[1];
 }
 BENCHMARK(BM_SplitSweep)->Unit(benchmark::kMillisecond);
 
@@ -85,20 +95,13 @@ BENCHMARK(BM_PlainSumOfTheCells)->Unit(benchmark::kMillisecond);
 void BM_SplitLeafCopy(benchmark::State& state) {
   Leaf& leaf = TheLeaf();
   SpeciesSuffStatsMan_cl man(leaf.species.get());
-  Vector_tmpl<int> counts;
-  Vector_tmpl<Vector_tmpl<int>*> objects;
-  objects.AddLast(new Vector_tmpl<int>(kArrays));
-  objects.AddLast(new Vector_tmpl<int>(kArrays));
+  Buckets buckets;
   for (auto _ : state) {
     man.ClearSplitCache();
-    objects[0]->RemoveAll();
-    objects[1]->RemoveAll();
-    benchmark::DoNotOptimize(man.ComputeStatsSplit(&leaf.all, 0, 2, EXPERIMENT_ATTRIBUTES, &counts, objects));
+    benchmark::DoNotOptimize(buckets.Split(man, &leaf.all, 0));
     man.RemoveStats();
   }
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(kGenes) * kArrays);
-  delete objects[0];
-  delete objects[1];
 }
 BENCHMARK(BM_SplitLeafCopy)->Unit(benchmark::kMillisecond);
 

@@ -8,7 +8,8 @@ void BnCpdEstimator_cl::SetQuery(SingleSuffStatsQuery_cl* query) {
 
 int BnCpdEstimator_cl::GetNumParams() const { return iCpd->GetNumParams(); }
 
-void TableCpdEstimator_cl::GetStatsStrides(const RvVector_sptr& vars, const TableSuffStats_cl* stats, int* strides) {
+std::vector<int> TableCpdEstimator_cl::GetStatsStrides(const RvVector_sptr& vars, const TableSuffStats_cl* stats) {
+  std::vector<int> strides(vars->GetNumberOfVars());
   RvVector_sptr discrete = stats->GetDiscreteRvs();
   int n = discrete.IsNull() ? 0 : discrete->GetNumberOfVars();
   for (int i = 0; i < vars->GetNumberOfVars(); i++) {
@@ -17,4 +18,5 @@ void TableCpdEstimator_cl::GetStatsStrides(const RvVector_sptr& vars, const Tabl
     for (int k = p + 1; p >= 0 && k < n; k++) stride *= discrete->GetRv(k)->GetDomain()->GetDomainSize();
     strides[i] = stride;
   }
+  return strides;
 }

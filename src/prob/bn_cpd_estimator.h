@@ -2,6 +2,8 @@
 #ifndef VORN_PROB_BN_CPD_ESTIMATOR_H
 #define VORN_PROB_BN_CPD_ESTIMATOR_H
 
+#include <vector>
+
 #include "prob/measure_estimator.h"
 #include "prob/table_cpd.h"
 
@@ -34,7 +36,7 @@ class TableCpdEstimator_cl : public BnCpdEstimator_cl {
   const char* ClassName() const override { return "TableCpdEstimator_cl"; }
   // The stride of each variable of vars in a table statistic's cells, 0 for one it lacks, so
   // that a flat index over vars reaches the statistic's cell without assignment objects.
-  static void GetStatsStrides(const RvVector_sptr& vars, const TableSuffStats_cl* stats, int* strides);
+  static std::vector<int> GetStatsStrides(const RvVector_sptr& vars, const TableSuffStats_cl* stats);
 };
 
 #endif

@@ -94,34 +94,39 @@ double GaussianTableCpdEstimator_cl::ComputeDifference(const GaussianCpd_sptr& a
   return (1 / r + r - 2 + d * d * 0.5 / (a->GetVariance() + b->GetVariance())) / std::log(2.0);
 }
 
-// The cell of each line of the table's discrete parents in a moments table.
-static std::vector<int> LineCells(const TableCpd_sptr& table, const MomentsTableSuffStats_cl* stats,
-                                  void (*strides)(const RvVector_sptr&, const TableSuffStats_cl*, int*)) {
+// The moments of each line: the whole statistic without discrete parents, else the cell of the
+// line's joint parent value in the moments table.
+static std::vector<MomentsSuffStats_cl*> LineStats(const TableCpd_sptr& table, SuffStats_cl* stats,
+                                                   const std::vector<int>& strides) {
   RvVector_sptr parents = table->GetDiscParents();
   int n = parents->GetNumberOfVars();
-  std::vector<int> stride(n > 0 ? n : 1), cells(table->GetNumLines());
-  strides(parents, stats, stride.data());
+  std::vector<MomentsSuffStats_cl*> lines(table->GetNumLines());
   for (int line = 0; line < table->GetNumLines(); line++) {
+    if (n == 0) {
+      lines[line] = static_cast<MomentsSuffStats_cl*>(stats);
+      continue;
+    }
     int rest = line, cell = 0;
     for (int k = n - 1; k >= 0; k--) {
       int size = parents->GetRv(k)->GetDomain()->GetDomainSize();
-      cell += rest % size * stride[k];
+      cell += rest % size * strides[k];
       rest /= size;
     }
-    cells[line] = cell;
+    lines[line] = static_cast<MomentsTableSuffStats_cl*>(stats)->GetCell(cell);
   }
-  return cells;
+  return lines;
+}
+
+std::vector<MomentsSuffStats_cl*> GaussianTableCpdEstimator_cl::GetLineStats(SuffStats_cl* stats) const {
+  if (iTable->GetDiscParents()->GetNumberOfVars() == 0) return LineStats(iTable, stats, {});
+  return LineStats(iTable, stats, GetStatsStrides(iTable->GetDiscParents(), static_cast<TableSuffStats_cl*>(stats)));
 }
 
 double GaussianTableCpdEstimator_cl::Walk(SuffStats_cl* stats, int setParams) {
-  int lines = iTable->GetNumLines();
-  int withParents = iTable->GetDiscParents()->GetNumberOfVars() > 0;
-  std::vector<int> cells;
-  if (withParents) cells = LineCells(iTable, static_cast<MomentsTableSuffStats_cl*>(stats), &GetStatsStrides);
+  std::vector<MomentsSuffStats_cl*> lineStats = GetLineStats(stats);
   double score = 0.0, largest = 0.0;
-  for (int line = 0; line < lines; line++) {
-    MomentsSuffStats_cl* moments = withParents ? static_cast<MomentsTableSuffStats_cl*>(stats)->GetCell(cells[line])
-                                               : static_cast<MomentsSuffStats_cl*>(stats);
+  for (int line = 0; line < iTable->GetNumLines(); line++) {
+    MomentsSuffStats_cl* moments = lineStats[line];
     GaussianCpd_sptr fresh = new GaussianCpd_cl(iTable->GetRv(), iTable->GetRealParents());
     score += EstimateGaussianCpd(fresh, moments, GetLinePrior(line), iScoring, setParams);
     if (!setParams) continue;
@@ -145,13 +150,10 @@ double GaussianTableCpdEstimator_cl::LogLikelihood(SuffStats_cl* stats) const {
     std::cerr << "GaussianTableCpdEstimator_cl::LogLikelihood not supported for linear gaussians\n";
     abort();
   }
-  int withParents = iTable->GetDiscParents()->GetNumberOfVars() > 0;
-  std::vector<int> cells;
-  if (withParents) cells = LineCells(iTable, static_cast<MomentsTableSuffStats_cl*>(stats), &GetStatsStrides);
+  std::vector<MomentsSuffStats_cl*> lineStats = GetLineStats(stats);
   double sum = 0.0;
   for (int line = 0; line < iTable->GetNumLines(); line++) {
-    MomentsSuffStats_cl* m = withParents ? static_cast<MomentsTableSuffStats_cl*>(stats)->GetCell(cells[line])
-                                         : static_cast<MomentsSuffStats_cl*>(stats);
+    MomentsSuffStats_cl* m = lineStats[line];
     GaussianCpd_sptr cpd = Conv2GaussianCpd(Measure_sptr(iTable->GetLine(line)));
     int at = PositionIn(m, iTable->GetRv());
     sum += GetLogNormalProb(m->GetTotalWeight(), m->GetFirst(at), m->GetSecond(at, at), cpd->GetMean(),

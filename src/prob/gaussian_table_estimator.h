@@ -2,6 +2,8 @@
 #ifndef VORN_PROB_GAUSSIAN_TABLE_ESTIMATOR_H
 #define VORN_PROB_GAUSSIAN_TABLE_ESTIMATOR_H
 
+#include <vector>
+
 #include "prob/bn_cpd_estimator.h"
 #include "prob/gaussian_cpd.h"
 
@@ -32,6 +34,7 @@ class GaussianTableCpdEstimator_cl : public TableCpdEstimator_cl {
 
  private:
   double Walk(SuffStats_cl* stats, int setParams);
+  std::vector<MomentsSuffStats_cl*> GetLineStats(SuffStats_cl* stats) const;
   Prior_cl* GetLinePrior(int line) const;
 
   TableCpd_sptr iTable;

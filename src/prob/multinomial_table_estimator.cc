@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <utility>
 #include <vector>
 
 #include "prob/inst_vector.h"
@@ -43,7 +44,8 @@ double MultinomialTableCpdEstimator_cl::ComputeDifference(const Multinomial_sptr
 // The statistic's cell of each flat index of the table, decoded from the last variable backward.
 class StatsCellIndex_cl {
  public:
-  StatsCellIndex_cl(const RvVector_sptr& vars, const int* strides) : iSizes(vars->GetNumberOfVars()), iStrides(strides) {
+  StatsCellIndex_cl(const RvVector_sptr& vars, std::vector<int> strides)
+      : iSizes(vars->GetNumberOfVars()), iStrides(std::move(strides)) {
     for (size_t k = 0; k < iSizes.size(); k++) iSizes[k] = vars->GetRv(static_cast<int>(k))->GetDomain()->GetDomainSize();
   }
   int operator()(int index) const {
@@ -57,7 +59,7 @@ class StatsCellIndex_cl {
 
  private:
   std::vector<int> iSizes;
-  const int* iStrides;
+  std::vector<int> iStrides;
 };
 
 [[noreturn]] static void StopOnWeight(const char* what, const RvVector_sptr& vars, int index, double w, int withValue) {
@@ -70,9 +72,7 @@ class StatsCellIndex_cl {
 double MultinomialTableCpdEstimator_cl::Walk(SuffStats_cl* stats, int update) {
   auto* counts = static_cast<CountsSuffStats_cl*>(stats);
   RvVector_sptr vars = iTable->GetRVs();
-  std::vector<int> strides(vars->GetNumberOfVars());
-  GetStatsStrides(vars, counts, strides.data());
-  StatsCellIndex_cl cellOf(vars, strides.data());
+  StatsCellIndex_cl cellOf(vars, GetStatsStrides(vars, counts));
   MultinomialTableCpdScoring_cl* scoring = CreateScoringMethod(counts->GetTotalWeight());
   RvVector_sptr lineScope =
       iTable->IsEmpty() ? RvVector_sptr(new RvVector_cl(SingleVar_sptr(iTable->GetRv()))) : iTable->GetLine(0)->GetRVs();
@@ -111,10 +111,7 @@ double MultinomialTableCpdEstimator_cl::ComputeScore(SuffStats_cl* stats) { retu
 
 double MultinomialTableCpdEstimator_cl::LogLikelihood(SuffStats_cl* stats) const {
   auto* counts = static_cast<CountsSuffStats_cl*>(stats);
-  RvVector_sptr vars = iTable->GetRVs();
-  std::vector<int> strides(vars->GetNumberOfVars());
-  GetStatsStrides(vars, counts, strides.data());
-  StatsCellIndex_cl cellOf(vars, strides.data());
+  StatsCellIndex_cl cellOf(iTable->GetRVs(), GetStatsStrides(iTable->GetRVs(), counts));
   double sum = 0.0;
   for (int index = 0; index < iTable->GetNumLines() * iChildSize; index++) {
     double c = counts->GetWeight(cellOf(index));

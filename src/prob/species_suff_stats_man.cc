@@ -52,6 +52,18 @@ SuffStats_cl* SpeciesSuffStatsMan_cl::ComputeStats(SingleSuffStatsQuery_cl* quer
   return stats;
 }
 
+// The number that each value of a discrete child stands for: its name read by strtol, or the
+// value itself in an int domain.
+static std::vector<int> ValueNumbers(const SingleRv_sptr& child) {
+  Domain_sptr domain = child->GetDomain();
+  NameDomain_sptr names = Conv2NameDomain(domain);
+  IntDomain_sptr ints = Conv2IntDomain(domain);
+  std::vector<int> number(domain->GetDomainSize());
+  for (int i = 0; i < domain->GetDomainSize(); i++)
+    number[i] = names.IsNull() ? ints->GetLower() + i : static_cast<int>(strtol(names->IndexToName(i).CStr(), nullptr, 10));
+  return number;
+}
+
 void SpeciesSuffStatsMan_cl::ComputeMatrixStats(const MatrixFilter_cl* filter, SuffStats_cl* stats) {
   if (auto* moments = dynamic_cast<MomentsSuffStats_cl*>(stats)) {
     double n, sx, sxx;
@@ -61,14 +73,9 @@ void SpeciesSuffStatsMan_cl::ComputeMatrixStats(const MatrixFilter_cl* filter, S
   }
   // A discrete child's values are numbers: each cell, truncated, counts for the value of that name.
   auto* counts = static_cast<CountsSuffStats_cl*>(stats);
-  Domain_sptr domain = counts->GetRvs()->GetRv(0)->GetDomain();
-  NameDomain_sptr names = Conv2NameDomain(domain);
-  IntDomain_sptr ints = Conv2IntDomain(domain);
-  IntSet_tmpl<int> values(2 * domain->GetDomainSize() + 1, -1);
-  for (int i = 0; i < domain->GetDomainSize(); i++) {
-    int number = names.IsNull() ? ints->GetLower() + i : static_cast<int>(strtol(names->IndexToName(i).CStr(), nullptr, 10));
-    values.Insert(number, i);
-  }
+  std::vector<int> number = ValueNumbers(counts->GetRvs()->GetRv(0));
+  IntSet_tmpl<int> values(2 * static_cast<int>(number.size()) + 1, -1);
+  for (size_t i = 0; i < number.size(); i++) values.Insert(number[i], static_cast<int>(i));
   std::vector<int> cells(counts->GetNumCells(), 0);
   iMatrix->ComputeCounts(filter, kMissingInt, cells.data(), values);
   counts->SetWeights(cells.data());
@@ -213,14 +220,9 @@ MomentsTableSuffStats_cl* SpeciesSuffStatsMan_cl::SweepMoments(int buckets) {
 }
 
 MultiSuffStats_cl* SpeciesSuffStatsMan_cl::SweepCounts(int buckets, const SingleRv_sptr& child) {
-  // Value names are numbers; a direct table over their range stands for the look-up by name.
-  Domain_sptr domain = child->GetDomain();
-  NameDomain_sptr names = Conv2NameDomain(domain);
-  IntDomain_sptr ints = Conv2IntDomain(domain);
-  int size = domain->GetDomainSize();
-  std::vector<int> number(size);
-  for (int i = 0; i < size; i++)
-    number[i] = names.IsNull() ? ints->GetLower() + i : static_cast<int>(strtol(names->IndexToName(i).CStr(), nullptr, 10));
+  // A direct table over the range of the value numbers stands for the look-up by number.
+  std::vector<int> number = ValueNumbers(child);
+  int size = static_cast<int>(number.size());
   int low = size ? *std::min_element(number.begin(), number.end()) : 0;
   int high = size ? *std::max_element(number.begin(), number.end()) : -1;
   std::vector<int> indexOf(static_cast<size_t>(high - low + 1), -1);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "pipeline/random.h"
+#include "stats_test_helpers.h"
 #include "prob/dirichlet_prior.h"
 #include "prob/gaussian_table_estimator.h"
 #include "prob/multinomial_table_estimator.h"
@@ -12,17 +13,6 @@
 #include "prob/normal_wishart_prior.h"
 
 namespace {
-
-SingleRv_sptr DiscVar(const char* name, int size) {
-  return new SingleRv_cl(Name_sptr(name), DomainFactory_cl::CreateIntegerDomain(0, size));
-}
-SingleRv_sptr RealVar(const char* name) { return new SingleRv_cl(Name_sptr(name), new RealDomain_cl()); }
-
-RvVector_sptr Scope(std::initializer_list<SingleRv_sptr> vars) {
-  RvVector_sptr scope = new RvVector_cl();
-  for (const SingleRv_sptr& v : vars) scope->AddLast(v);
-  return scope;
-}
 
 // The child is made first, so the statistic (sorted by id) runs the parents fastest, unlike the table.
 struct DiscreteFamily {

@@ -9,12 +9,9 @@
 #include "prob/dirichlet_prior.h"
 #include "prob/normal_gamma_prior.h"
 #include "prob/normal_wishart_prior.h"
+#include "stats_test_helpers.h"
 
 namespace {
-
-SingleRv_sptr DiscVar(const char* name, int size) {
-  return new SingleRv_cl(Name_sptr(name), DomainFactory_cl::CreateIntegerDomain(0, size));
-}
 
 TEST(DirichletPrior, MarginalLikelihoodIsThePolyaUrnProduct) {
   Random_cl::iGlobalRandomizer.Reset(3);

@@ -7,19 +7,9 @@
 #include <vector>
 
 #include "pipeline/random.h"
+#include "stats_test_helpers.h"
 
 namespace {
-
-SingleRv_sptr DiscVar(const char* name, int size) {
-  return new SingleRv_cl(Name_sptr(name), DomainFactory_cl::CreateIntegerDomain(0, size));
-}
-SingleRv_sptr RealVar(const char* name) { return new SingleRv_cl(Name_sptr(name), new RealDomain_cl()); }
-
-RvVector_sptr Scope(std::initializer_list<SingleRv_sptr> vars) {
-  RvVector_sptr scope = new RvVector_cl();
-  for (const SingleRv_sptr& v : vars) scope->AddLast(v);
-  return scope;
-}
 
 struct Records {
   std::vector<std::vector<int>> disc;
