@@ -170,6 +170,22 @@ TEST(GaussianEstimator, LinearGaussianRecoversTheRegression) {
   EXPECT_NEAR(cpd->GetVariance(), 0.25, 0.01);
 }
 
+TEST(GaussianEstimator, InitializeDrawsEveryLineFromThePrior) {
+  NormalGammaTableCpdPrior_cl prior(NormalGammaPrior_cl(1.0, 0.0, 2.0, 1.5));
+  GaussianFamily f(34);
+  f.table->GetRandom().Reset(8);
+  GaussianTableCpdEstimator_cl est(f.table, MeasureEstimator_cl::SCORE_NONE, &prior);
+  est.InitializeMeasure();
+  Random_cl same(8);
+  for (int line = 0; line < 2; line++) {
+    auto draw = static_cast<NormalGammaPrior_cl*>(prior.GetPrior(line))->Sample(&same);
+    GaussianCpd_sptr cpd = Conv2GaussianCpd(Measure_sptr(f.table->GetLine(line)));
+    ASSERT_FALSE(cpd.IsNull());
+    EXPECT_EQ(cpd->GetMean(), draw.first);
+    EXPECT_EQ(cpd->GetVariance(), draw.second);
+  }
+}
+
 TEST(GaussianEstimatorDeathTest, UnknownScoringStops) {
   NormalGammaTableCpdPrior_cl prior(NormalGammaPrior_cl(1.0, 0.0, 2.0, 1.5));
   GaussianFamily f(33);
