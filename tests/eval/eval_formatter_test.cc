@@ -11,6 +11,11 @@
 #include <string>
 #include <vector>
 
+#include "data/microarray.h"
+#include "data/species_attributes.h"
+#include "data/vorn_data.h"
+#include "pipeline/missing.h"
+
 namespace {
 
 Name_sptr N(const char* text) { return Name_sptr(text); }
@@ -249,4 +254,28 @@ TEST(EvalFormatter, LogPValue) {
   EXPECT_DOUBLE_EQ(LogPValue(0.001), 3.0);
   EXPECT_DOUBLE_EQ(LogPValue(-0.01), -2.0);
   EXPECT_DOUBLE_EQ(LogPValue(0.0), 0.0);
+}
+
+// Results become a real attribute per annotation over the microarray's genes; genes without a
+// result stay missing, and classes that are not genes are left out.
+TEST(EvalFormatter, CreateAttributes) {
+  VornData_cl data;
+  Vector_tmpl<Name_sptr> genes(4, nullptr), experiments(2, nullptr);
+  for (const char* g : {"g0", "g1", "g2"}) genes.AddLast(N(g));
+  experiments.AddLast(N("e0"));
+  data.AddMicroarray(new Microarray_cl(N("m"), genes, experiments, 0.0));
+  EvalFormatter_cl report(-1, -1);
+  report.Add(N("g2"), 1, 1, 1, Hit("up", 0.25));
+  report.Add(N("g0"), 1, 1, 1, Hit("down", 0.5));
+  report.Add(N("not a gene"), 1, 1, 1, Hit("up", 0.125));
+  report.CreateAttributes(GENE_ATTRIBUTES, N("results"), &data, N("m"));
+  VornAttributeGroup_cl* group = data.GetAttributeGroup(N("results"));
+  ASSERT_NE(group, nullptr);
+  EXPECT_EQ(group->GetNumAttributes(), 2);
+  SpeciesAttributes_cl* values = data.GetAttributes(N("m"), GENE_ATTRIBUTES);
+  int up = values->GetColumn(N("up")), down = values->GetColumn(N("down"));
+  EXPECT_EQ(values->GetValue(2, up), 0.25);
+  EXPECT_EQ(values->GetValue(0, down), 0.5);
+  EXPECT_EQ(values->GetValue(1, up), kMissingReal);
+  EXPECT_EQ(values->GetValue(0, up), kMissingReal);
 }
