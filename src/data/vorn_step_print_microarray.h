@@ -1,4 +1,4 @@
-// The PrintMicroarray step: writes a microarray as a tab file, optionally only some genes in a given order.
+// The PrintMicroarray step: writes a microarray as a tab file, optionally only some genes or in a given order.
 #ifndef VORN_DATA_VORN_STEP_PRINT_MICROARRAY_H
 #define VORN_DATA_VORN_STEP_PRINT_MICROARRAY_H
 
@@ -18,6 +18,8 @@ class VornStepPrintMicroarray_cl : public VornStep_cl {
   Name_sptr iGeneList;
   // Read for the pipeline file's sake; every experiment is printed.
   Name_sptr iExperimentList;
+  // Without a gene list, rows go by this gene attribute's value, smallest first.
+  Name_sptr iAttribute;
   int iPrecision;
 };
 
