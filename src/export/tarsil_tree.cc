@@ -42,7 +42,10 @@ double ParseReal(const std::string& text) {
 Domain_sptr DomainOf(Name_sptr text) {
   std::string joined, word;
   std::istringstream in(text.IsNull() ? "" : text.CStr());
-  while (in >> word) joined += (joined.empty() ? "" : ";") + word;
+  while (in >> word) {
+    if (!joined.empty()) joined += ';';
+    joined += word;
+  }
   if (joined.empty() || joined == "Continuous") return CreateValueDomain(Name_sptr("Continuous"));
   return CreateValueDomain(Name_sptr(joined.c_str()));
 }
@@ -121,12 +124,13 @@ void TarsilTree_cl::ReadObjectAttributes(PropertyTreeIter_cl* iter, TarsilObject
       values.resize(size);
     } else if (representation == "Sparse") {
       // The positions of the attributes that are set; the others are 0.
-      std::vector<std::string> full(size, "0");
+      std::vector<int> set(size, 0);
       for (const std::string& position : values) {
         int p = std::atoi(position.c_str());
-        if (!position.empty() && p >= 0 && static_cast<size_t>(p) < size) full[p] = "1";
+        if (!position.empty() && p >= 0 && static_cast<size_t>(p) < size) set[p] = 1;
       }
-      values = full;
+      values.assign(size, std::string());
+      for (size_t i = 0; i < size; i++) values[i].push_back(set[i] ? '1' : '0');
       object.iSparse = 1;
     } else {
       std::cout << "Unrecognized Attribute Representation=" << representation << std::endl;
