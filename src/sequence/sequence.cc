@@ -6,6 +6,7 @@
 
 #include "pipeline/bitset.h"
 #include "pipeline/random.h"
+#include "prob/suff_stats.h"
 #include "sequence/sub_sequences.h"
 
 const char* ALPHABET_COMPARISON_TYPE_STR[2] = {"StrictComparison", "DNAExtended"};
@@ -112,6 +113,21 @@ bool Sequence_cl::IsHammingDistanceNotMoreThanThresh(const Sequence_cl* seed, in
   for (int i = 0; i < common; i++)
     if (!compare->IsEqual(seed->iLetters[i], iLetters[start + i]) && ++mismatches > thresh) return false;
   return true;
+}
+
+void Sequence_cl::AddCounts(CountsSuffStats_cl* stats, const Vector_tmpl<int>& offsets, int size) const {
+  int width = stats->GetNumVars();
+  Vector_tmpl<int> values(width > 0 ? width : 1, 0);
+  values.AddEmptyLast(width);
+  for (int end = width - 1; end < iLength; end++) {
+    bool legal = true;
+    for (int j = 0; j < width && legal; j++) {
+      int letter = iLetters[end - width + 1 + j];
+      legal = letter >= 0 && letter < size;
+      values[offsets[j]] = letter;
+    }
+    if (legal) stats->AddToWeight(stats->ComputeIndex(values.GetData()), 1.0);
+  }
 }
 
 void Sequence_cl::PerformSubSeqService(SubSeqServiceType_cl type, SubSequencesParamsAndOutput_cl* request) const {

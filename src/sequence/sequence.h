@@ -9,6 +9,7 @@
 #include "pipeline/vector.h"
 
 class Bitset_cl;
+class CountsSuffStats_cl;
 class SubSequencesParamsAndOutput_cl;
 
 // How two letter codes are compared by the mismatch tests.
@@ -87,6 +88,10 @@ class Sequence_cl {
   // The seed against this sequence from start on, over their common length.
   bool IsHammingDistanceNotMoreThanThresh(const Sequence_cl* seed, int start, int thresh,
                                           const AlphabetLetterCompareFunctor_cl* compare) const;
+
+  // Counts every window of as many letters as the statistic has variables, letter j going to variable
+  // offsets[j]; a window with a letter outside 0 to size - 1 is skipped whole.
+  void AddCounts(CountsSuffStats_cl* stats, const Vector_tmpl<int>& offsets, int size) const;
 
   // The sub-sequence services: the forward strand and, when asked, the reverse complement.
   void PerformSubSeqService(SubSeqServiceType_cl type, SubSequencesParamsAndOutput_cl* request) const;

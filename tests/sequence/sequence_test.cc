@@ -10,6 +10,8 @@
 
 #include "pipeline/bitset.h"
 #include "pipeline/random.h"
+#include "prob/suff_stats.h"
+#include "prob/vars.h"
 #include "sequence/sequence_manager.h"
 
 namespace {
@@ -151,6 +153,28 @@ TEST(Sequence, WindowIteratorNamesShortWindowsAndRespectsStepAndMargin) {
   EXPECT_FALSE(whole.NotNull());
   Sequence_cl::Iterator_cl tooLong(s, 8);
   EXPECT_FALSE(tooLong.NotNull());
+  delete s;
+}
+
+TEST(Sequence, AddCountsSkipsWindowsWithIllegalLettersAndPlacesLettersByOffset) {
+  RvVector_sptr scope = new RvVector_cl();
+  scope->AddLast(new SingleRv_cl(Name_sptr("first"), DomainFactory_cl::CreateIntegerDomain(0, 4)));
+  scope->AddLast(new SingleRv_cl(Name_sptr("second"), DomainFactory_cl::CreateIntegerDomain(0, 4)));
+  CountsSuffStats_cl stats(scope, 0, 1);
+  Vector_tmpl<int> offsets;
+  offsets.AddLast(1);  // the window's first letter goes to the second variable
+  offsets.AddLast(0);
+  Sequence_cl* s = Make("ACGNTAC");
+  s->AddCounts(&stats, offsets, 4);
+  // Windows AC, CG, TA, AC; GN and NT hold N.
+  auto cell = [&stats](int first, int second) {
+    int values[2] = {first, second};
+    return stats.ComputeIndex(values);
+  };
+  EXPECT_EQ(stats.GetTotalWeight(), 4.0);
+  EXPECT_EQ(stats.GetWeight(cell(1, 0)), 2.0);
+  EXPECT_EQ(stats.GetWeight(cell(2, 1)), 1.0);
+  EXPECT_EQ(stats.GetWeight(cell(0, 3)), 1.0);
   delete s;
 }
 
