@@ -6,8 +6,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <string>
 
 #include "eval/math_util.h"
+#include "pipeline/prop_tree.h"
+#include "pipeline/xml_parser.h"
 #include "prob/bn_cpd.h"
 
 Factor_sptr Conv2Factor(const Measure_sptr& m) { return Conv2X<Factor_sptr>(m, "Factor_cl"); }
@@ -68,6 +71,70 @@ Factor_cl::Factor_cl(BnCpd_sptr cpd) {
     Cpd_sptr line = cpd->GetLine(r);
     for (int c = 0; c < childSize; c++) iValues[toSorted.GetFirst()[r * childSize + c]] = line->GetValue(c);
   }
+}
+
+Factor_cl::Factor_cl(Name_sptr file) {
+  XmlParser_cl parser;
+  xercesc::DOMDocument* document = parser.Parse(file.CStr() ? file.CStr() : "", false, false);
+  XmlIter_cl root(document->getDocumentElement());
+  ReadXml(&root, file.CStr() ? file.CStr() : "");
+}
+
+Factor_cl::Factor_cl(PropertyTreeIter_cl* root) { ReadXml(root, "the document"); }
+
+namespace {
+
+[[noreturn]] void XmlFault(const char* source, const std::string& what) {
+  std::cerr << "Factor_cl: " << source << ": " << what << std::endl;
+  abort();
+}
+
+}  // namespace
+
+void Factor_cl::ReadXml(PropertyTreeIter_cl* root, const char* source) {
+  PropertyTreeIter_cl* iter = root->Clone();
+  iter->FirstChild();
+  if (!iter->NotNull() || !iter->IsNameEqual("RvVec")) XmlFault(source, "the first element is not RvVec");
+  RvVector_sptr scope = new RvVector_cl();
+  PropertyTreeIter_cl* var = iter->Clone();
+  long long cells = 1;
+  for (var->FirstChild(); var->NotNull(); var->NextSibling()) {
+    Name_sptr name = var->GetProperty("Name");
+    if (name.IsNull()) XmlFault(source, "a variable of RvVec has no Name");
+    PropertyTreeIter_cl* domainIter = var->Clone();
+    domainIter->FirstChild();
+    if (!domainIter->NotNull()) XmlFault(source, std::string("variable ") + name->GetText() + " has no domain");
+    Domain_sptr domain = DomainFactory_cl::CreateDomain(domainIter);
+    delete domainIter;
+    if (!domain->IsDiscrete()) XmlFault(source, std::string("variable ") + name->GetText() + " is not discrete");
+    cells *= domain->GetDomainSize();
+    if (cells > kMaxFileCells) XmlFault(source, "the table has more than " + std::to_string(kMaxFileCells) + " cells");
+    scope->AddLast(new SingleRv_cl(name, domain));
+  }
+  delete var;
+  SetScope(scope, 1);
+  iter->NextSibling();
+  if (iter->NotNull() && iter->IsNameEqual("JointDistribution")) {
+    double defaultValue = 0.0;
+    iter->GetDoubleProperty("DefaultVal", &defaultValue, 0.0);
+    Initialize(defaultValue);
+    PropertyTreeIter_cl* cell = iter->Clone();
+    for (cell->FirstChild(); cell->NotNull(); cell->NextSibling()) {
+      int entry = -1;
+      double value = 0.0;
+      cell->GetIntProperty("Entry", &entry, -1);
+      cell->GetDoubleProperty("Value", &value, 0.0);
+      if (entry < 0 || entry >= iSize)
+        XmlFault(source,
+                 "entry " + std::to_string(entry) + " is outside the table of " + std::to_string(iSize) + " cells");
+      iValues[entry] = value;
+    }
+    delete cell;
+  } else {
+    Initialize(1.0);
+  }
+  delete iter;
+  Normalize(1.0);
 }
 
 Factor_cl::Factor_cl(const Factor_cl& other) : Measure_cl(other), iRVs(other.iRVs), iSize(other.iSize) {

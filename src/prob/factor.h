@@ -10,6 +10,7 @@
 
 class Factor_cl;
 class BnCpd_sptr;
+class PropertyTreeIter_cl;
 
 class Factor_sptr : public Sptr_tmpl<Factor_cl> {
  public:
@@ -32,6 +33,12 @@ class Factor_cl : public virtual Measure_cl {
   Factor_cl(Name_sptr name, int lower, int upper);
   // The joint table of a CPD over its parents and child, sorted.
   explicit Factor_cl(BnCpd_sptr cpd);
+  // Reads an XML file: "RvVec" with the variables, then an optional "JointDistribution" with a
+  // "DefaultVal" and "Entry"/"Value" cells (all cells 1.0 without it); the table is then
+  // normalised to 1.
+  explicit Factor_cl(Name_sptr file);
+  // The same from the document element of a parsed file.
+  explicit Factor_cl(PropertyTreeIter_cl* root);
   Factor_cl(const Factor_cl& other);
   ~Factor_cl() override;
 
@@ -136,10 +143,14 @@ class Factor_cl : public virtual Measure_cl {
   static Factor_sptr MultiplyFactors(Factor_sptr a, Factor_sptr b);
 
   static constexpr double kMissingThreshold = -1.7976931348623157e308;
+  // A table read from a file may hold at most this many cells, so that a hostile file cannot
+  // exhaust memory.
+  static constexpr int kMaxFileCells = 1 << 26;
 
  protected:
   // Sorts the scope by id when asked and allocates the table.
   void SetScope(RvVector_sptr scope, int sort);
+  void ReadXml(PropertyTreeIter_cl* root, const char* source);
   // Checks that a same-scope operand has this table's size.
   void CheckSameSize(const Factor_sptr& other, const char* operation) const;
 

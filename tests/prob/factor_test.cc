@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <sstream>
@@ -369,4 +371,34 @@ TEST(Multinomial, SamplingFrequenciesFollowTheTable) {
   for (int k = 0; k < 50; k++) EXPECT_EQ((*again->NewSample())[0]->GetIndex(), (*third->NewSample())[0]->GetIndex());
   EXPECT_TRUE(m->DoesInheritFrom(FACTOR) && m->DoesInheritFrom(CPD) && m->DoesInheritFrom(DISTRIB));
   EXPECT_FALSE(m->DoesInheritFrom(BN_CPD));
+}
+
+TEST(Factor, ReadsTablesFromXmlFilesAndNormalisesThem) {
+  std::string path = testing::TempDir() + "factor_test.xml";
+  auto write = [&](const std::string& body) {
+    std::ofstream out(path);
+    out << "<Factor><RvVec>"
+           "<Rv Name=\"g\"><domain type=\"name\"><val name=\"lo\"/><val name=\"hi\"/></domain></Rv>"
+           "<Rv Name=\"h\"><domain type=\"name\"><val name=\"a\"/><val name=\"b\"/><val name=\"c\"/></domain></Rv>"
+           "</RvVec>"
+        << body << "</Factor>";
+  };
+  write(
+      "<JointDistribution DefaultVal=\"1\"><Cell Entry=\"5\" Value=\"5\"/><Cell Entry=\"0\" Value=\"0\"/>"
+      "</JointDistribution>");
+  Factor_sptr f = new Factor_cl(Name_sptr(path.c_str()));
+  ASSERT_EQ(f->GetSize(), 6);
+  EXPECT_EQ(f->GetRVs()->GetRv(1)->GetName(), Name_sptr("h"));
+  EXPECT_DOUBLE_EQ(f->GetValue(0), 0.0);
+  EXPECT_DOUBLE_EQ(f->GetValue(1), 1.0 / 9);
+  EXPECT_DOUBLE_EQ(f->GetValue(5), 5.0 / 9);
+  write("");
+  Factor_sptr uniform = new Factor_cl(Name_sptr(path.c_str()));
+  EXPECT_DOUBLE_EQ(uniform->GetValue(3), 1.0 / 6);
+  write("<JointDistribution><Cell Entry=\"6\" Value=\"1\"/></JointDistribution>");
+  EXPECT_DEATH(Factor_cl(Name_sptr(path.c_str())),
+               "^Factor_cl: " + path + ": entry 6 is outside the table of 6 cells\n$");
+  std::ofstream(path) << "<Factor><Cells/></Factor>";
+  EXPECT_DEATH(Factor_cl(Name_sptr(path.c_str())), "^Factor_cl: " + path + ": the first element is not RvVec\n$");
+  std::remove(path.c_str());
 }
