@@ -1,6 +1,9 @@
 // Patterns of letter sets: one set of allowed letters a position.
 #include "sequence/bit_sequence.h"
 
+#include <cstdlib>
+#include <iostream>
+
 #include "pipeline/random.h"
 
 const char* BitSequence_cl::FEATURE_DEFULT_NAME = "Feature";
@@ -64,6 +67,25 @@ bool BitSequence_cl::IsContained(const Sequence_cl* sequence, int alphabet, int 
     if (at < 0 || at >= sequence->GetLength()) return false;
     int letter = sequence->GetLetter(at);
     if (!Allows(row, reversed ? alphabet - letter - 1 : letter)) return false;
+  }
+  return true;
+}
+
+bool BitSequence_cl::IsContained(const InstVector_sptr& inst, const Vector_tmpl<int>* rvPositions,
+                                 const Vector_tmpl<int>* offsets) const {
+  int k = 0;
+  for (int row = 0; row < offsets->GetSize(); row++) {
+    while (k < rvPositions->GetSize() && (*rvPositions)[k] < (*offsets)[row]) k++;
+    if (k == rvPositions->GetSize() || k >= inst->GetSize() || (*rvPositions)[k] != (*offsets)[row]) {
+      std::cerr << " BitSequence_cl::IsContained - feature scope is out of factor scope\nrvs_positions:";
+      for (int i = 0; i < rvPositions->GetSize(); i++) std::cerr << " " << (*rvPositions)[i];
+      std::cerr << "\niOffsetsVec:";
+      for (int i = 0; i < offsets->GetSize(); i++) std::cerr << " " << (*offsets)[i];
+      std::cerr << std::endl;
+      abort();
+    }
+    if (row < iLength && !Allows(row, (*inst)[k]->GetIndex())) return false;
+    k++;
   }
   return true;
 }

@@ -7,6 +7,7 @@
 #include "pipeline/bitset.h"
 #include "pipeline/name.h"
 #include "pipeline/vector.h"
+#include "prob/inst_vector.h"
 #include "sequence/sequence.h"
 
 // Row r allows letter l when bit r * bytes * 8 + l is set, with bytes the alphabet size / 8 rounded up.
@@ -41,6 +42,12 @@ class BitSequence_cl {
   // complemented as alphabet - letter - 1.
   bool IsContained(const Sequence_cl* sequence, int alphabet, int position, const Vector_tmpl<int>* offsets, int length,
                    int reversed) const;
+
+  // The variables of inst sit at the ascending rvPositions, the rows at the ascending offsets: each
+  // row must allow the value of the variable at its offset; variables at no offset are passed over.
+  // An offset with no variable stops the program.
+  bool IsContained(const InstVector_sptr& inst, const Vector_tmpl<int>* rvPositions,
+                   const Vector_tmpl<int>* offsets) const;
 
   void ReverseComplement();
   void Reverse(int first, int last);

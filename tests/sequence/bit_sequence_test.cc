@@ -6,6 +6,8 @@
 #include <sstream>
 
 #include "pipeline/random.h"
+#include "prob/inst_vector.h"
+#include "prob/vars.h"
 #include "sequence/sequence_manager.h"
 
 namespace {
@@ -63,6 +65,28 @@ TEST(BitSequence, ContainmentOnBothStrands) {
   delete pattern;
   delete s;
   delete r;
+}
+
+TEST(BitSequence, ContainmentOfAnInstantiationByPositions) {
+  RvVector_sptr scope = new RvVector_cl();
+  for (const char* name : {"x0", "x1", "x2"})
+    scope->AddLast(new SingleRv_cl(Name_sptr(name), DomainFactory_cl::CreateIntegerDomain(0, 4)));
+  InstVector_sptr inst = new InstVector_cl(scope);
+  int values[] = {2, 3, 1};  // G at 0, T at 5, C at 7
+  for (int i = 0; i < 3; i++) (*inst)[i]->SetValue(values[i]);
+  Vector_tmpl<int> positions, offsets;
+  for (int p : {0, 5, 7}) positions.AddLast(p);
+  for (int o : {0, 7}) offsets.AddLast(o);
+  BitSequence_cl* pattern = Pattern({"AG", "CT"});
+  EXPECT_TRUE(pattern->IsContained(inst, &positions, &offsets));  // the variable at 5 is passed over
+  (*inst)[2]->SetValue(0);
+  EXPECT_FALSE(pattern->IsContained(inst, &positions, &offsets));
+  (*inst)[2]->SetValue(1);
+  offsets.AddLast(9);
+  EXPECT_DEATH(pattern->IsContained(inst, &positions, &offsets),
+               "^ BitSequence_cl::IsContained - feature scope is out of factor scope\nrvs_positions: 0 5 7\n"
+               "iOffsetsVec: 0 7 9\n");
+  delete pattern;
 }
 
 TEST(BitSequence, StrandOperationsAndText) {
