@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "prob/split_test.h"
+
 MatrixDimension_cl SplitTypeToMatrixDimension(AttributeGroupType_cl type) {
   return type == GENE_ATTRIBUTES || type == META_GENE_ATTRIBUTES ? MATRIX_ROWS : MATRIX_COLUMNS;
 }
@@ -115,6 +117,39 @@ void VornTreeNodeInfo_cl::Split(SpeciesVorn_cl* species, const Index_cl& attribu
   pass->iFilter->SetObjects(dimension, passing, 1);
   fail->iFilter->SetObjects(dimension, failing, 1);
   DeleteObjects(dimension);
+}
+
+void VornTreeNodeInfo_cl::Refresh(SpeciesVorn_cl* species, RvVector_sptr parents, VornTreeNodeInfos_cl* infos) {
+  ConditionSplitTest_cl* split = iNode ? iNode->GetConditionSplit() : nullptr;
+  if (!split || split->GetNumClauses() == 0 || iNode->GetNumChildren() == 0) return;
+  if (split->GetClause(0)->GetKind() != VALUE_CLAUSE) return;
+  const ValueConditionClause_cl* clause = static_cast<const ValueConditionClause_cl*>(split->GetClause(0));
+  ComparisonType_cl comparison = clause->GetComparisonType() ? COMPARISON_GTE : COMPARISON_EQUAL;
+  int direction = comparison == COMPARISON_GTE ? static_cast<const GTEClause_cl*>(clause)->GetDirection() : 1;
+  SingleRv_sptr rv = parents->GetRv(clause->GetPosition(0));
+  AttributeGroupType_cl type = species->GetAttributeType(rv->GetName());
+  if (type == ATTRIBUTE_GROUP_TYPE_NUM) return;
+  SpeciesAttributes_cl* values = species->GetAttributeData(type);
+  Vector_tmpl<int>* columns = new Vector_tmpl<int>(4, -1);
+  if (rv->IsComposite()) {
+    RvVector_sptr members = static_cast<CompositeRv_cl*>(rv.Get())->GetRvs();
+    for (int i = 0; i < members->GetNumberOfVars(); i++) columns->AddLast(values->GetColumn(members->GetRv(i)->GetName()));
+  } else {
+    columns->AddLast(values->GetColumn(rv->GetName()));
+  }
+  if (columns->IsMember(-1)) {
+    delete columns;
+    return;
+  }
+  // Discrete values sit in the attribute tables as their index in the domain.
+  const Value_cl* value = clause->GetValue();
+  RealValue_cl index(0.0);
+  if (value->GetType() == NAME_VALUE || value->GetType() == INT_VALUE) {
+    index.SetValue(static_cast<int>(rv->GetDomain()->ValueToIndex(value)));
+    value = &index;
+  }
+  SetSplitType(type);
+  Split(species, Index_cl(columns), value, comparison, direction, infos);
 }
 
 void VornTreeNodeInfo_cl::AddObjects(Vector_tmpl<int>* objects, AttributeGroupType_cl type,

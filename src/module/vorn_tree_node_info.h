@@ -9,6 +9,7 @@
 #include "prob/index.h"
 #include "prob/matrix.h"
 #include "prob/tree_cpd.h"
+#include "prob/vars.h"
 #include "prob/value.h"
 
 // What branch 0 of a split receives: the objects that fail the test, all objects, or none.
@@ -50,6 +51,10 @@ class VornTreeNodeInfo_cl {
   // borrowed as they are. The node then drops its list of the split dimension.
   void Split(SpeciesVorn_cl* species, const Index_cl& attributes, const Value_cl* value, ComparisonType_cl comparison,
              int direction, VornTreeNodeInfos_cl* infos);
+  // Reapplies the first clause of the node's split, found by position among the tree's parents, to
+  // the node's objects: for a tree that was read rather than grown. A node without a split, or with
+  // an equality of two variables, is left alone.
+  void Refresh(SpeciesVorn_cl* species, RvVector_sptr parents, VornTreeNodeInfos_cl* infos);
   // Whether an object's values pass the test; a composite value holds a threshold per attribute.
   static int IsValid(const CompositeValue_cl* objectValues, const Value_cl* value, ComparisonType_cl comparison,
                      int direction);

@@ -232,6 +232,31 @@ TEST_F(ModuleTest, PassingBranchZeroTakesEveryObject) {
   delete rows;
 }
 
+// A tree read from a file has no infos: refreshing the root passes the genes as the split did.
+TEST_F(ModuleTest, RefreshReappliesASplitOfAReadTree) {
+  VornTreeNodeInfos_cl grown;
+  VornCluster_cl clusters(Name_sptr("m"), Names({}), nullptr);
+  SingleRv_sptr dummy(new SingleRv_cl(Name_sptr("d"), Domain_sptr(new RealDomain_cl)));
+  TreeCpd_sptr tree(new TreeCpd_cl(dummy, RvVector_sptr(new RvVector_cl())));
+  grown.Set(tree->GetRoot(), new VornTreeNodeInfo_cl(Species()));
+  clusters.AddTreeSplit(Species(), tree, tree->GetRoot(), iGenes->GetAttribute(Name_sptr("b")),
+                        Species()->GetGeneAttributes()->GetColumn(Name_sptr("b")), FALSE_CONDITION_NORMAL, &grown);
+  VornTreeNodeInfos_cl read;
+  read.Set(tree->GetRoot(), new VornTreeNodeInfo_cl(Species()));
+  read.Get(tree->GetRoot())->Refresh(Species(), tree->GetParents(), &read);
+  for (int b = 0; b < 2; b++) {
+    Vector_tmpl<int>* expected = grown.Get(tree->GetRoot()->GetBranch(b))->GetFilter()->GetRows();
+    Vector_tmpl<int>* found = read.Get(tree->GetRoot()->GetBranch(b))->GetFilter()->GetRows();
+    ASSERT_EQ(found->GetSize(), expected->GetSize()) << b;
+    for (int i = 0; i < found->GetSize(); i++) EXPECT_EQ((*found)[i], (*expected)[i]);
+  }
+  EXPECT_EQ(read.Get(tree->GetRoot())->GetSplitType(), GENE_ATTRIBUTES);
+  // A leaf has nothing to refresh.
+  VornTreeNodeInfo_cl* leaf = read.Get(tree->GetRoot()->GetBranch(1));
+  leaf->Refresh(Species(), tree->GetParents(), &read);
+  EXPECT_EQ(leaf->GetFilter()->GetRows()->GetSize(), 2);
+}
+
 TEST(VornTreeNodeInfoTest, ValidityByComparisonAndDirection) {
   Vector_tmpl<double> two(2, 0.0);
   two.AddLast(1.0);
