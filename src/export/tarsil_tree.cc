@@ -59,12 +59,14 @@ TarsilTree_cl::TarsilTree_cl(xercesc::DOMElement* root) {
     else if (iter.IsNameEqual("TSCHierarchyClusterData")) iter.GetIntProperty("NumClusters", &iNumClusters, 0);
     else if (iter.IsNameEqual("TarsilObjects")) ReadObjects(&iter);
   }
-  xercesc::DOMNodeList* raw = root->getElementsByTagName(xercesc::XMLString::transcode("TSCRawData"));
+  XMLCh* tag = xercesc::XMLString::transcode("TSCRawData");
+  xercesc::DOMNodeList* raw = root->getElementsByTagName(tag);
   if (raw->getLength() > 0) {
     char* text = xercesc::XMLString::transcode(raw->item(0)->getTextContent());
     ReadRawData(text);
     xercesc::XMLString::release(&text);
   }
+  xercesc::XMLString::release(&tag);
 }
 
 void TarsilTree_cl::ReadAttributes(PropertyTreeIter_cl* iter) {
