@@ -130,7 +130,9 @@ TEST(TarsilPipeline, WrittenFilesAreWellFormed) {
   int haveXmllint = std::system("xmllint --version >/dev/null 2>&1") == 0;
   for (const char* name : {"first.xml", "second.xml", "analyses.xml"}) {
     std::string file = work + "/" + name;
-    if (haveXmllint) EXPECT_EQ(std::system(("xmllint --noout '" + file + "'").c_str()), 0) << name;
+    if (haveXmllint) {
+      EXPECT_EQ(std::system(("xmllint --noout '" + file + "'").c_str()), 0) << name;
+    }
     std::ifstream in(file);
     std::stringstream text;
     text << in.rdbuf();
