@@ -9,7 +9,7 @@
 #include "pipeline/enum_converter.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
-#include "sequence/output_file.h"
+#include "pipeline/output_file.h"
 
 VornStepClustering_cl::VornStepClustering_cl(PropertyTreeIter_cl* iter, VornRun_cl* run) : VornStep_cl(iter, run) {
   Save(iter);

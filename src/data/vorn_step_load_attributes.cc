@@ -10,7 +10,7 @@
 #include "pipeline/enum_converter.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
-#include "sequence/output_file.h"
+#include "pipeline/output_file.h"
 
 const char* LOAD_ATTRIBUTES_TYPE_STR[LOAD_ATTRIBUTES_TYPE_NUM] = {"FromFile",
                                                                   "FromMicroarray",

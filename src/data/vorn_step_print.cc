@@ -12,7 +12,7 @@
 #include "pipeline/enum_converter.h"
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
-#include "sequence/output_file.h"
+#include "pipeline/output_file.h"
 
 const char* PRINT_TYPE_STR[PRINT_TYPE_NUM] = {"Microarray", "Attributes",    "MetaGeneMapping",
                                               "Motifs",     "PrintClusters", "Cpd"};

@@ -13,7 +13,7 @@
 #include "pipeline/enum_converter.h"
 #include "pipeline/missing.h"
 #include "pipeline/vorn_run.h"
-#include "sequence/output_file.h"
+#include "pipeline/output_file.h"
 
 namespace {
 const char kCaller[] = "VornStepEvalAttributes_cl::Run";

@@ -13,7 +13,7 @@
 #include "pipeline/not_built.h"
 #include "pipeline/vorn_run.h"
 #include "pipeline/xml_parser.h"
-#include "sequence/output_file.h"
+#include "pipeline/output_file.h"
 
 namespace {
 const char kCaller[] = "VornTarsilStruct_cl::Run";

@@ -9,7 +9,7 @@
 #include "module/module_graph.h"
 #include "module/vorn.h"
 #include "pipeline/vorn_run.h"
-#include "sequence/output_file.h"
+#include "pipeline/output_file.h"
 
 namespace {
 const char kCaller[] = "VornStepDummy_cl::Run";

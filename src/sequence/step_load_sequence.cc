@@ -5,7 +5,7 @@
 
 #include "data/data_file.h"
 #include "pipeline/vorn_run.h"
-#include "sequence/output_file.h"
+#include "pipeline/output_file.h"
 #include "sequence/sequence_manager.h"
 
 StepLoadSequence_cl::StepLoadSequence_cl(PropertyTreeIter_cl* iter, VornRun_cl* run) : VornStep_cl(iter, run) {

@@ -6,7 +6,7 @@
 
 #include "data/data_file.h"
 #include "pipeline/vorn_run.h"
-#include "sequence/output_file.h"
+#include "pipeline/output_file.h"
 #include "sequence/sequence_alignment.h"
 
 StepLoadSequenceAlignment_cl::StepLoadSequenceAlignment_cl(PropertyTreeIter_cl* iter, VornRun_cl* run)

@@ -1,6 +1,6 @@
-// Opening the files that the sequence steps write.
-#ifndef VORN_SEQUENCE_OUTPUT_FILE_H
-#define VORN_SEQUENCE_OUTPUT_FILE_H
+// Opening the files that steps write, with the one stop for a file that cannot be written.
+#ifndef VORN_PIPELINE_OUTPUT_FILE_H
+#define VORN_PIPELINE_OUTPUT_FILE_H
 
 #include <cstdlib>
 #include <fstream>
