@@ -4,6 +4,7 @@
 
 #include <csetjmp>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 
 #include <unistd.h>
@@ -35,6 +36,14 @@ inline void InstallAbortRoad() {
   action.sa_flags = SA_NODEFER;
   sigaction(SIGABRT, &action, nullptr);
   SetNotBuiltHandlerForTesting(JumpBackFromNotBuilt);
+}
+
+// Readers take file names: the harnesses hand them the input through a file of the scratch folder.
+inline void WriteFuzzFile(const char* path, const void* data, size_t size) {
+  FILE* file = fopen(path, "wb");
+  if (!file) abort();
+  fwrite(data, 1, size, file);
+  fclose(file);
 }
 
 // Runs body; returns normally whether the body finished or took the error road.

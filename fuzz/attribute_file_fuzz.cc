@@ -13,13 +13,6 @@
 #include "pipeline/xml_parser.h"
 
 namespace {
-void WriteInput(const char* path, const uint8_t* data, size_t size) {
-  FILE* input = fopen(path, "wb");
-  if (!input) abort();
-  fwrite(data, 1, size, input);
-  fclose(input);
-}
-
 // A group of gene sets whose names are the file's own lines, as AttributesNameFile reads them.
 VornAttributeGroup_cl* GroupOfNames() {
   static XmlParser_cl* parser = new XmlParser_cl;
@@ -38,7 +31,7 @@ std::string Written(const SpeciesAttributes_cl& values) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   VORN_FUZZ_GUARDED({
-    WriteInput("input.tab", data, size);
+    WriteFuzzFile("input.tab", data, size);
     VornAttributeGroup_cl* group = GroupOfNames();
     // Every header name of the file is an attribute: the group reads the same lines as names.
     SpeciesAttributes_cl values;
@@ -50,10 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
     for (int c = 0; c < values.GetMatrix()->GetNumCols(); c++) values.DeleteAttributeValues(c);
     std::string once = Written(values);
-    FILE* copy = fopen("written.tab", "wb");
-    if (!copy) abort();
-    fwrite(once.data(), 1, once.size(), copy);
-    fclose(copy);
+    WriteFuzzFile("written.tab", once.data(), once.size());
     SpeciesAttributes_cl again;
     again.Load(Name_sptr("written.tab"), group);
     if (again.GetNumAttributes() == values.GetNumAttributes() && Written(again) != once) abort();

@@ -28,10 +28,7 @@ void Exercise(VornCluster_cl& cluster) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   VORN_FUZZ_GUARDED({
-    FILE* input = fopen("input.tab", "wb");
-    if (!input) abort();
-    fwrite(data, 1, size, input);
-    fclose(input);
+    WriteFuzzFile("input.tab", data, size);
     NameSet_tmpl<int> known(8, -1);
     known.Insert(Name_sptr("g1"), 0);
     known.Insert(Name_sptr("g2"), 1);

@@ -59,10 +59,7 @@ void Exercise(const DataFile_cl& file) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   VORN_FUZZ_GUARDED({
     DataFileDescriptor_cl descriptor = PickDescriptor(data, size);
-    FILE* input = fopen("input.tab", "wb");
-    if (!input) abort();
-    fwrite(data, 1, size, input);
-    fclose(input);
+    WriteFuzzFile("input.tab", data, size);
     DataFile_cl file(Name_sptr("input.tab"), descriptor);
     Exercise(file);
     delete DataFile_cl::LoadList(Name_sptr("input.tab"), descriptor.iHeaderRows);

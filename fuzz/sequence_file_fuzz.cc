@@ -18,10 +18,7 @@ std::string Dump(const SequenceManager_cl& group) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   VORN_FUZZ_GUARDED({
-    FILE* file = fopen("input.fa", "wb");
-    if (!file) abort();
-    fwrite(data, 1, size, file);
-    fclose(file);
+    WriteFuzzFile("input.fa", data, size);
     SequenceManager_cl preloaded(Name_sptr("g"), Name_sptr("input.fa"), Name_sptr("ACGTNX"), 4, nullptr, 1, true);
     SequenceManager_cl streamed(Name_sptr("g"), Name_sptr("input.fa"), Name_sptr("ACGTNX"), 4, nullptr, 0, true);
     // The two modes share the reader but not the bookkeeping: they must give the same group.
