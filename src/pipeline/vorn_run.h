@@ -47,7 +47,8 @@ class VornRun_cl {
   // Resolves "$(EMLoopIteration)" and then "$(LoopIteration)".
   Name_sptr Resolve(Name_sptr name);
 
-  // The relational model and the motif finder, made on first use by the subsystems that own them.
+  // The relational model and the motif finder, made on first use; each is defined by the subsystem
+  // that owns its class (the motif finder through VornFactory_cl), so that ownership sees it whole.
   Vorn_cl* CreateVorn();
   void DeleteVorn();
   MotifFinder_cl* CreateMotifFinder(PropertyTreeIter_cl* iter);

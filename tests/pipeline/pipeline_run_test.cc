@@ -11,6 +11,7 @@
 
 #include "pipeline/data_repository.h"
 #include "pipeline/step_factory.h"
+#include "pipeline/vorn_factory.h"
 #include "pipeline/vorn_main.h"
 #include "pipeline/vorn_run.h"
 #include "pipeline/vorn_step.h"
@@ -190,4 +191,16 @@ TEST_F(PipelineRun, UnknownAndUnbuiltTypesStopWhileReading) {
   EXPECT_EXIT(VornRunPipelineFile("n.xml"), testing::ExitedWithCode(255), "Step type KNN is not built yet\n");
   std::ofstream("t.xml") << "<P><RunVec><Run><Step Name='typeless'/></Run></RunVec></P>";
   EXPECT_DEATH(VornRunPipelineFile("t.xml"), "Unrecognized step \\(no Type\\)\n");
+}
+
+TEST(VornFactoryDeathTest, MotifFinderNames) {
+  std::string xml = "<Step MotifFinder='Other'/>";
+  XmlParser_cl parser;
+  XmlIter_cl iter(parser.ParseBuffer(xml.data(), xml.size(), "f.xml")->getDocumentElement());
+  EXPECT_DEATH(VornFactory_cl::CreateMotifFinder(&iter),
+               "VornFactory_cl CreateMotifFinder Other\nUnrecognized motif finder Other\n");
+  std::string plain = "<Step/>";
+  XmlIter_cl defaulted(parser.ParseBuffer(plain.data(), plain.size(), "g.xml")->getDocumentElement());
+  EXPECT_EXIT(VornFactory_cl::CreateMotifFinder(&defaulted), testing::ExitedWithCode(255),
+              "VornFactory_cl CreateMotifFinder Orlith\nThe Orlith motif finder is not built yet\n");
 }
